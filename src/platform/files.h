@@ -1,0 +1,46 @@
+// Files of the program directory.
+
+#pragma once
+
+#include <cstdint>
+#include <istream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace cvl {
+
+/// What to do about a file that isn't there.
+enum class IfMissing { Fail, Create };
+
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  /// The path of a name inside the program directory. NAME may have folders in front of
+  /// it, with the system's own separator between them.
+  virtual std::string InProgramDirectory(std::string_view name) const = 0;
+
+  /// The system's path separator.
+  virtual char Separator() const = 0;
+
+  /// Whether there is a file of that path.
+  virtual bool Exists(const std::string &path) const = 0;
+
+  /// Its length in bytes, or nothing when there is no such file.
+  virtual std::optional<std::int64_t> Length(const std::string &path) const = 0;
+
+  /// Opens a file for reading. Raises 53 when there is none, 70 when it can't be read.
+  virtual std::unique_ptr<std::istream> OpenForInput(const std::string &path) const = 0;
+
+  /// Opens a file, writes BYTES to its end and closes it: three system calls. Returns 0, or
+  /// the number of the failure; 53 when the file or its directory is missing.
+  [[nodiscard]] virtual int Append(const std::string &path, std::string_view bytes,
+                                   IfMissing if_missing) = 0;
+
+  /// Makes a directory. Returns 0, or the number of the failure.
+  [[nodiscard]] virtual int MakeDirectory(const std::string &path) = 0;
+};
+
+}  // namespace cvl

@@ -1,0 +1,51 @@
+// The clock of a Linux machine: CLOCK_REALTIME, through the zone database.
+
+#pragma once
+
+#include <ctime>
+
+#include "platform/clock.h"
+
+namespace cvl {
+
+/// What the zone database is asked for once in a second of wall time is kept until the
+/// second turns: a time server reads its clock far more often than that. /etc/localtime
+/// is looked at anew with each second, so a changed zone is felt within one.
+class LinuxClock final : public Clock {
+ public:
+  DateTime Now() override;
+  SystemTime GetLocalTime() override;
+  const TimeZoneInformation &GetTimeZoneInformation() override;
+  std::int32_t GetTickCount() override;
+  [[nodiscard]] bool SetSystemTime(const SystemTime &moment) override;
+  void SetLocalDate(DateTime date) override;
+  void SetLocalTime(DateTime time) override;
+
+ private:
+  timespec Read();
+  void TurnSecond(std::time_t second);
+  void LearnZone(std::time_t second);
+  void LearnYear(std::time_t second, int year);
+  void SetLocal(DateTime local);
+
+  // The second of the last reading, and what belongs to it.
+  std::time_t Second_ = -1;
+  std::time_t LocalSecond_ = 0;
+  SystemTime Local_;
+  TimeZoneInformation Zone_;
+
+  // What the zone database says of the present year, by which zone file.
+  struct Year {
+    int Number = 0;
+    std::time_t FileChanged = -1;
+    unsigned long FileNumber = 0;
+    bool HasDaylight = false;
+    bool HasStandard = false;
+    long StandardOffset = 0;  ///< seconds east of UTC outside daylight time
+    ZoneName StandardName{};
+    ZoneName DaylightName{};
+  };
+  Year Year_;
+};
+
+}  // namespace cvl

@@ -1,0 +1,81 @@
+#include "platform/linux/linux_files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <fstream>
+
+#include "base/runtime_error.h"
+#include "platform/linux/error_table.h"
+
+namespace cvl {
+
+namespace {
+
+std::string DirectoryOfExecutable() {
+  char path[PATH_MAX];
+  const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
+  if (length <= 0) return ".";
+  const std::string executable(path, static_cast<std::size_t>(length));
+  const std::size_t slash = executable.rfind('/');
+  return slash == 0 ? "/" : executable.substr(0, slash);
+}
+
+int Failed(const char *operation) {
+  const int error = errno;
+  TraceFailure(operation, error);
+  return FileErrorOf(error);
+}
+
+}  // namespace
+
+LinuxFiles::LinuxFiles() {
+  const char *home = std::getenv("CHRONVALE_HOME");
+  ProgramDirectory_ = home != nullptr && *home != '\0' ? home : DirectoryOfExecutable();
+}
+
+std::string LinuxFiles::InProgramDirectory(std::string_view name) const {
+  std::string path = ProgramDirectory_;
+  path += '/';
+  path += name;
+  return path;
+}
+
+bool LinuxFiles::Exists(const std::string &path) const {
+  return Length(path).has_value();
+}
+
+std::optional<std::int64_t> LinuxFiles::Length(const std::string &path) const {
+  struct stat file {};
+  if (stat(path.c_str(), &file) != 0 || S_ISDIR(file.st_mode)) return std::nullopt;
+  return file.st_size;
+}
+
+std::unique_ptr<std::istream> LinuxFiles::OpenForInput(const std::string &path) const {
+  errno = 0;
+  auto file = std::make_unique<std::ifstream>(path, std::ios::binary);
+  if (!file->is_open()) throw RuntimeError(Failed("open"));
+  return file;
+}
+
+int LinuxFiles::Append(const std::string &path, std::string_view bytes, IfMissing if_missing) {
+  const int create = if_missing == IfMissing::Create ? O_CREAT : 0;
+  const int file = open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC | create, 0644);
+  if (file < 0) return Failed("open");
+  const ssize_t written = write(file, bytes.data(), bytes.size());
+  const int error = written < 0                                         ? Failed("write")
+                    : static_cast<std::size_t>(written) != bytes.size() ? error_number::DiskFull
+                                                                        : 0;
+  close(file);
+  return error;
+}
+
+int LinuxFiles::MakeDirectory(const std::string &path) {
+  return mkdir(path.c_str(), 0755) == 0 ? 0 : Failed("mkdir");
+}
+
+}  // namespace cvl

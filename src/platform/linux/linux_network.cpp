@@ -1,0 +1,196 @@
+#include "platform/linux/linux_network.h"
+
+#include <fcntl.h>
+#include <ifaddrs.h>
+#include <net/if.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "base/runtime_error.h"
+#include "platform/linux/error_table.h"
+#include "platform/linux/linux_datagrams.h"
+
+namespace cvl {
+
+namespace {
+
+// Behind a bind that fails for want of room, how many may wait to be accepted.
+constexpr int Backlog = 4096;
+
+int Descriptor(SocketHandle socket) {
+  return static_cast<int>(socket);
+}
+
+int Failed(const char *operation) {
+  const int error = errno;
+  TraceFailure(operation, error);
+  return SocketErrorOf(error);
+}
+
+void Enable(int descriptor, int level, int option, const char *name) {
+  const int on = 1;
+  if (setsockopt(descriptor, level, option, &on, sizeof on) != 0) TraceFailure(name, errno);
+}
+
+/// A new socket bound to PORT of every address. PREPARE sets options before the bind.
+template <class Prepare>
+Network::Opened OpenBound(int type, std::uint16_t port, Prepare &&prepare) {
+  const int descriptor = socket(AF_INET, type | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+  if (descriptor < 0) return {Failed("socket"), SocketHandle::None};
+  prepare(descriptor);
+  const sockaddr_in address = ToSystem({INADDR_ANY, port});
+  if (bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
+    const int error = Failed("bind");
+    close(descriptor);
+    return {error, SocketHandle::None};
+  }
+  return {0, SocketHandle{descriptor}};
+}
+
+}  // namespace
+
+void RaiseDescriptorLimit() {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+  limit.rlim_cur = limit.rlim_max;
+  if (setrlimit(RLIMIT_NOFILE, &limit) != 0) TraceFailure("setrlimit", errno);
+}
+
+LinuxNetwork::LinuxNetwork() {
+  OpenSpare();
+}
+
+LinuxNetwork::~LinuxNetwork() {
+  if (Spare_ >= 0) close(Spare_);
+}
+
+void LinuxNetwork::OpenSpare() {
+  Spare_ = open("/dev/null", O_RDONLY | O_CLOEXEC);
+}
+
+Network::Opened LinuxNetwork::OpenDatagram(std::uint16_t port) {
+  return OpenBound(SOCK_DGRAM, port, [](int descriptor) {
+    Enable(descriptor, IPPROTO_IP, IP_PKTINFO, "IP_PKTINFO");
+  });
+}
+
+Network::Opened LinuxNetwork::OpenStream(std::uint16_t port, Rebind rebind) {
+  return OpenBound(SOCK_STREAM, port, [rebind](int descriptor) {
+    if (rebind == Rebind::Yes) Enable(descriptor, SOL_SOCKET, SO_REUSEADDR, "SO_REUSEADDR");
+    // Accepted connections inherit both: a peer that vanished without a word gives its
+    // descriptor back some day, and an answer never waits for an acknowledgement.
+    Enable(descriptor, SOL_SOCKET, SO_KEEPALIVE, "SO_KEEPALIVE");
+    Enable(descriptor, IPPROTO_TCP, TCP_NODELAY, "TCP_NODELAY");
+  });
+}
+
+int LinuxNetwork::Listen(SocketHandle socket) {
+  return listen(Descriptor(socket), Backlog) == 0 ? 0 : Failed("listen");
+}
+
+Network::Accepted LinuxNetwork::Accept(SocketHandle listener) {
+  sockaddr_in peer{};
+  socklen_t length = sizeof peer;
+  const int descriptor = accept4(Descriptor(listener), reinterpret_cast<sockaddr *>(&peer), &length,
+                                 SOCK_NONBLOCK | SOCK_CLOEXEC);
+  if (descriptor >= 0) return {0, SocketHandle{descriptor}, FromSystem(peer)};
+  if (errno == EMFILE || errno == ENFILE) return DropForLackOfDescriptors(Descriptor(listener));
+  return {Failed("accept"), SocketHandle::None, {}};
+}
+
+Network::Accepted LinuxNetwork::DropForLackOfDescriptors(int listener) {
+  TraceFailure("accept", EMFILE);
+  if (Spare_ >= 0) close(Spare_);
+  const int dropped = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+  const int error = errno;
+  if (dropped >= 0) close(dropped);
+  OpenSpare();
+  // Nothing was waiting any more: the connection had gone meanwhile.
+  if (dropped < 0 && error == EAGAIN) return {error_number::WouldBlock, SocketHandle::None, {}};
+  return {error_number::TooManyDescriptors, SocketHandle::None, {}};
+}
+
+Network::Opened LinuxNetwork::Connect(Endpoint peer) {
+  const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+  if (descriptor < 0) return {Failed("socket"), SocketHandle::None};
+  const sockaddr_in address = ToSystem(peer);
+  if (connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 &&
+      errno != EINPROGRESS) {
+    const int error = Failed("connect");
+    close(descriptor);
+    return {error, SocketHandle::None};
+  }
+  return {0, SocketHandle{descriptor}};
+}
+
+int LinuxNetwork::PendingError(SocketHandle socket) {
+  int error = 0;
+  socklen_t length = sizeof error;
+  if (getsockopt(Descriptor(socket), SOL_SOCKET, SO_ERROR, &error, &length) != 0) {
+    return Failed("SO_ERROR");
+  }
+  if (error != 0) TraceFailure("connection", error);
+  return SocketErrorOf(error);
+}
+
+Network::Transferred LinuxNetwork::Send(SocketHandle socket, std::span<const std::uint8_t> bytes) {
+  const ssize_t sent = send(Descriptor(socket), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+  if (sent < 0) return {Failed("send"), 0};
+  return {0, static_cast<std::size_t>(sent)};
+}
+
+Network::Transferred LinuxNetwork::Receive(SocketHandle socket, std::span<std::uint8_t> into) {
+  const ssize_t received = recv(Descriptor(socket), into.data(), into.size(), 0);
+  if (received < 0) return {Failed("recv"), 0};
+  return {0, static_cast<std::size_t>(received)};
+}
+
+int LinuxNetwork::SendTo(SocketHandle socket, std::span<const std::uint8_t> bytes, Endpoint to,
+                         Ipv4Address from) {
+  return SendDatagram(Descriptor(socket), bytes, to, from);
+}
+
+void LinuxNetwork::FinishSending(SocketHandle socket) {
+  if (shutdown(Descriptor(socket), SHUT_WR) != 0) TraceFailure("shutdown", errno);
+}
+
+void LinuxNetwork::Close(SocketHandle socket) {
+  if (close(Descriptor(socket)) != 0) TraceFailure("close", errno);
+}
+
+std::unique_ptr<DatagramBatch> LinuxNetwork::MakeDatagramBatch() {
+  return std::make_unique<LinuxDatagramBatch>();
+}
+
+Ipv4Address LinuxNetwork::LocalAddress() {
+  Ipv4Address found = INADDR_LOOPBACK;
+  ifaddrs *interfaces = nullptr;
+  if (getifaddrs(&interfaces) != 0) {
+    TraceFailure("getifaddrs", errno);
+    return found;
+  }
+  for (const ifaddrs *each = interfaces; each != nullptr; each = each->ifa_next) {
+    if (each->ifa_addr == nullptr || each->ifa_addr->sa_family != AF_INET) continue;
+    if ((each->ifa_flags & IFF_UP) == 0 || (each->ifa_flags & IFF_LOOPBACK) != 0) continue;
+    sockaddr_in address{};
+    std::memcpy(&address, each->ifa_addr, sizeof address);
+    found = FromSystem(address).Address;
+    break;
+  }
+  freeifaddrs(interfaces);
+  return found;
+}
+
+std::string LinuxNetwork::HostName() {
+  char name[256] = {};
+  if (gethostname(name, sizeof name - 1) != 0) TraceFailure("gethostname", errno);
+  return name;
+}
+
+}  // namespace cvl

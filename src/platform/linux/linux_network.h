@@ -1,0 +1,44 @@
+// IPv4 sockets of Linux.
+
+#pragma once
+
+#include "platform/network.h"
+
+namespace cvl {
+
+class LinuxNetwork final : public Network {
+ public:
+  LinuxNetwork();
+  ~LinuxNetwork() override;
+  LinuxNetwork(const LinuxNetwork &) = delete;
+  LinuxNetwork &operator=(const LinuxNetwork &) = delete;
+
+  Opened OpenDatagram(std::uint16_t port) override;
+  Opened OpenStream(std::uint16_t port, Rebind rebind) override;
+  [[nodiscard]] int Listen(SocketHandle socket) override;
+  Accepted Accept(SocketHandle listener) override;
+  Opened Connect(Endpoint peer) override;
+  [[nodiscard]] int PendingError(SocketHandle socket) override;
+  Transferred Send(SocketHandle socket, std::span<const std::uint8_t> bytes) override;
+  Transferred Receive(SocketHandle socket, std::span<std::uint8_t> into) override;
+  [[nodiscard]] int SendTo(SocketHandle socket, std::span<const std::uint8_t> bytes, Endpoint to,
+                           Ipv4Address from) override;
+  void FinishSending(SocketHandle socket) override;
+  void Close(SocketHandle socket) override;
+  std::unique_ptr<DatagramBatch> MakeDatagramBatch() override;
+  Ipv4Address LocalAddress() override;
+  std::string HostName() override;
+
+ private:
+  void OpenSpare();
+  Accepted DropForLackOfDescriptors(int listener);
+
+  // A descriptor held in reserve: given up for a moment, it lets a connection be taken
+  // and dropped when there is no other, which would otherwise wake the loop for ever.
+  int Spare_ = -1;
+};
+
+/// Raises the limit of descriptors to what the system allows this process.
+void RaiseDescriptorLimit();
+
+}  // namespace cvl

@@ -1,0 +1,128 @@
+#include "platform/linux/linux_resolver.h"
+
+#include <netdb.h>
+#include <pthread.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <mutex>
+#include <utility>
+
+#include "base/runtime_error.h"
+#include "platform/linux/error_table.h"
+#include "platform/linux/linux_datagrams.h"
+
+namespace cvl {
+
+/// Where the threads leave their answers. Everything in it is under its lock.
+struct LinuxResolver::Mailbox {
+  struct Letter {
+    std::string Name;
+    std::optional<Ipv4Address> Address;
+  };
+
+  Mailbox() : Bell(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
+    if (Bell < 0) throw RuntimeError(error_number::TooManyDescriptors);
+  }
+  ~Mailbox() { close(Bell); }
+  Mailbox(const Mailbox &) = delete;
+  Mailbox &operator=(const Mailbox &) = delete;
+
+  void Put(Letter letter) {
+    const std::lock_guard lock(Lock);
+    Letters.push_back(std::move(letter));
+    const std::uint64_t one = 1;
+    if (write(Bell, &one, sizeof one) < 0) TraceFailure("eventfd", errno);
+  }
+
+  std::vector<Letter> TakeAll() {
+    const std::lock_guard lock(Lock);
+    std::uint64_t rings = 0;
+    if (read(Bell, &rings, sizeof rings) < 0) TraceFailure("eventfd", errno);
+    return std::exchange(Letters, {});
+  }
+
+  const int Bell;
+  std::mutex Lock;
+  std::vector<Letter> Letters;
+};
+
+namespace {
+
+std::optional<Ipv4Address> Ask(const std::string &name) {
+  if (name.find('\0') != std::string::npos) return std::nullopt;
+  addrinfo hints{};
+  hints.ai_family = AF_INET;
+  hints.ai_socktype = SOCK_DGRAM;
+  addrinfo *found = nullptr;
+  if (getaddrinfo(name.c_str(), nullptr, &hints, &found) != 0 || found == nullptr) {
+    return std::nullopt;
+  }
+  sockaddr_in address{};
+  std::memcpy(&address, found->ai_addr, sizeof address);
+  freeaddrinfo(found);
+  return FromSystem(address).Address;
+}
+
+/// Starts a thread that nobody waits for, with a stack that fits a lookup. False when the
+/// system gives no thread.
+bool StartThread(std::function<void()> work) {
+  pthread_attr_t attributes;
+  if (pthread_attr_init(&attributes) != 0) return false;
+  pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+  pthread_attr_setstacksize(&attributes, 512 * 1024);
+  auto owned = std::make_unique<std::function<void()>>(std::move(work));
+  pthread_t thread;
+  const int error = pthread_create(
+      &thread, &attributes,
+      [](void *argument) -> void * {
+        const std::unique_ptr<std::function<void()>> run(
+            static_cast<std::function<void()> *>(argument));
+        (*run)();
+        return nullptr;
+      },
+      owned.get());
+  pthread_attr_destroy(&attributes);
+  if (error != 0) {
+    TraceFailure("pthread_create", error);
+    return false;
+  }
+  static_cast<void>(owned.release());  // the thread deletes it
+  return true;
+}
+
+}  // namespace
+
+LinuxResolver::LinuxResolver(EventLoop &loop) : Loop_(loop), Mailbox_(std::make_shared<Mailbox>()) {
+  Loop_.Watch(SocketHandle{Mailbox_->Bell}, {.Read = true}, *this);
+}
+
+LinuxResolver::~LinuxResolver() {
+  Loop_.Unwatch(SocketHandle{Mailbox_->Bell});
+}
+
+void LinuxResolver::LookUp(const std::string &name, Answer answer) {
+  const auto [waiting, is_new] = Waiting_.try_emplace(name);
+  waiting->second.push_back(std::move(answer));
+  if (!is_new) return;
+  const bool asked = Waiting_.size() <= MostLookups && StartThread([mailbox = Mailbox_, name] {
+                       mailbox->Put({name, Ask(name)});
+                     });
+  if (!asked) Mailbox_->Put({name, std::nullopt});
+}
+
+void LinuxResolver::OnReady(Readiness) {
+  for (const Mailbox::Letter &letter : Mailbox_->TakeAll()) {
+    const auto waiting = Waiting_.find(letter.Name);
+    if (waiting == Waiting_.end()) continue;
+    const std::vector<Answer> answers = std::move(waiting->second);
+    Waiting_.erase(waiting);
+    for (const Answer &answer : answers) {
+      answer(letter.Address);
+    }
+  }
+}
+
+}  // namespace cvl

@@ -1,0 +1,49 @@
+// The operating system, as the program sees it.
+
+#pragma once
+
+#include <memory>
+
+#include "platform/clock.h"
+#include "platform/desktop.h"
+#include "platform/event_loop.h"
+#include "platform/files.h"
+#include "platform/host.h"
+#include "platform/network.h"
+#include "platform/resolver.h"
+#include "platform/service_host.h"
+#include "platform/shell.h"
+
+namespace cvl {
+
+/// One of each interface. Whoever hands it out owns them.
+struct Platform {
+  Clock &MachineClock;
+  EventLoop &Loop;
+  Network &Sockets;
+  Resolver &Names;
+  Files &ProgramFiles;
+  Host &Machine;
+  ServiceHost &CVLService;
+  Shell &Tray;
+  Desktop &Screen;
+};
+
+/// The system that this program was built for.
+class NativePlatform {
+ public:
+  /// Prepares the process too: signals, the limit of descriptors. Make it before any thread.
+  /// Raises 10024 when the system gives no descriptors.
+  NativePlatform();
+  ~NativePlatform();
+  NativePlatform(const NativePlatform &) = delete;
+  NativePlatform &operator=(const NativePlatform &) = delete;
+
+  Platform Interfaces();
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> Parts_;
+};
+
+}  // namespace cvl
