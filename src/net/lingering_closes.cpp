@@ -1,0 +1,102 @@
+#include "net/lingering_closes.h"
+
+#include <array>
+#include <iterator>
+#include <utility>
+
+namespace cvl {
+
+class LingeringCloses::Closing final : public ReadyHandler {
+ public:
+  Closing(LingeringCloses &owner, SocketHandle socket, std::vector<std::uint8_t> unsent)
+      : Owner_(owner),
+        Socket_(socket),
+        Unsent_(std::move(unsent)),
+        EndMs_(owner.Loop_.MonotonicMs() + LingerMs) {}
+
+  ~Closing() {
+    Owner_.Loop_.Unwatch(Socket_);
+    Owner_.Network_.Close(Socket_);
+  }
+
+  std::int64_t EndMs() const { return EndMs_; }
+
+  /// Where in the owner's list this stands, so that it is found in one step.
+  std::list<std::unique_ptr<Closing>>::iterator Place;
+
+  /// Sends what is left, and ends our stream once all of it is out. False when the peer is
+  /// gone and nothing is left to be done.
+  bool SendRest() {
+    if (!Unsent_.empty()) {
+      const Network::Transferred sent = Owner_.Network_.Send(Socket_, Unsent_);
+      if (sent.Error != 0 && sent.Error != error_number::WouldBlock) return false;
+      Unsent_.erase(Unsent_.begin(), Unsent_.begin() + static_cast<std::ptrdiff_t>(sent.Bytes));
+    }
+    if (Unsent_.empty()) Owner_.Network_.FinishSending(Socket_);
+    Owner_.Loop_.Watch(Socket_, {.Read = !PeerEnded_, .Write = !Unsent_.empty()}, *this);
+    return true;
+  }
+
+  void OnReady(Readiness readiness) override {
+    if (!Proceed(readiness)) Owner_.Remove(*this);
+  }
+
+ private:
+  /// False when the connection is at its end.
+  bool Proceed(Readiness readiness) {
+    if (readiness.Error) return false;
+    if (readiness.Write && !Unsent_.empty() && !SendRest()) return false;
+    if (readiness.Read && !PeerEnded_) {
+      std::array<std::uint8_t, 4096> unread;
+      const Network::Transferred received = Owner_.Network_.Receive(Socket_, unread);
+      if (received.Error != 0 && received.Error != error_number::WouldBlock) return false;
+      PeerEnded_ = received.Error == 0 && received.Bytes == 0;
+    }
+    if (!PeerEnded_) return true;
+    // The peer has said all it will, but still takes in what we have left for it.
+    if (!Unsent_.empty()) Owner_.Loop_.Watch(Socket_, {.Write = true}, *this);
+    return !Unsent_.empty();
+  }
+
+  LingeringCloses &Owner_;
+  SocketHandle Socket_;
+  std::vector<std::uint8_t> Unsent_;
+  std::int64_t EndMs_;
+  bool PeerEnded_ = false;
+};
+
+LingeringCloses::LingeringCloses(EventLoop &loop, Network &network)
+    : Loop_(loop), Network_(network), Timer_(loop, [this] { Expire(); }) {}
+
+LingeringCloses::~LingeringCloses() = default;
+
+void LingeringCloses::Add(SocketHandle socket, std::vector<std::uint8_t> unsent) {
+  if (Closing_.size() >= MostLingering) {
+    Network_.Close(socket);
+    return;
+  }
+  Closing_.push_back(std::make_unique<Closing>(*this, socket, std::move(unsent)));
+  Closing &closing = *Closing_.back();
+  closing.Place = std::prev(Closing_.end());
+  if (!closing.SendRest()) {
+    Remove(closing);
+    return;
+  }
+  if (!Timer_.IsRunning()) Timer_.Start(LingerMs, LoopTimer::Repeat::No);
+}
+
+void LingeringCloses::Remove(Closing &closing) {
+  Closing_.erase(closing.Place);
+}
+
+void LingeringCloses::Expire() {
+  const std::int64_t now = Loop_.MonotonicMs();
+  while (!Closing_.empty() && Closing_.front()->EndMs() <= now) {
+    Closing_.pop_front();
+  }
+  if (!Closing_.empty()) {
+    Timer_.Start(Closing_.front()->EndMs() - now, LoopTimer::Repeat::No);
+  }
+}
+
+}  // namespace cvl

@@ -1,0 +1,47 @@
+// Connections that are closed for us but not yet for their peers.
+//
+// A connection closed while input lies unread turns into a reset, and a reset can throw
+// away the answer on its way. So a closing connection first ends its own stream and reads
+// on until the peer ends his, for a short while and for a limited number at a time.
+
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <vector>
+
+#include "platform/network.h"
+
+namespace cvl {
+
+class LingeringCloses {
+ public:
+  /// Such closing ends after this long,
+  static constexpr std::int64_t LingerMs = 2000;
+  /// and beyond this many, connections are closed at once.
+  static constexpr std::size_t MostLingering = 1024;
+
+  LingeringCloses(EventLoop &loop, Network &network);
+  ~LingeringCloses();
+  LingeringCloses(const LingeringCloses &) = delete;
+  LingeringCloses &operator=(const LingeringCloses &) = delete;
+
+  /// Takes over a connected socket that nobody watches any more. UNSENT goes out first.
+  void Add(SocketHandle socket, std::vector<std::uint8_t> unsent);
+
+  std::size_t Count() const { return Closing_.size(); }
+
+ private:
+  class Closing;
+
+  void Expire();
+  void Remove(Closing &closing);
+
+  EventLoop &Loop_;
+  Network &Network_;
+  LoopTimer Timer_;
+  std::list<std::unique_ptr<Closing>> Closing_;  // the oldest first
+};
+
+}  // namespace cvl

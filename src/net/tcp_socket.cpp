@@ -1,0 +1,329 @@
+#include "net/tcp_socket.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <utility>
+
+namespace cvl {
+
+TcpSocket::TcpSocket(SocketLayer &layer, const TcpEvents &events, std::int16_t index,
+                     const ClosedChanged *closed_changed)
+    : Socket(layer), Events_(events), ClosedChanged_(closed_changed), Index_(index) {}
+
+TcpSocket::~TcpSocket() {
+  ClosedChanged_ = nullptr;
+  TcpSocket::Close();
+}
+
+void TcpSocket::SetState(SocketState state) {
+  const bool was_closed = State_ == SocketState::Closed;
+  State_ = state;
+  const bool is_closed = state == SocketState::Closed;
+  if (was_closed != is_closed && ClosedChanged_ != nullptr) (*ClosedChanged_)(Index_, is_closed);
+}
+
+void TcpSocket::Bind() {
+  if (State_ != SocketState::Closed) throw RuntimeError(error_number::BadProtocolOrState);
+  Handle_ = Layer_.OpenOnPort(LocalPort_, [this](std::uint16_t port) {
+    return Layer_.System.OpenStream(port, Rebind::No);
+  });
+  SetState(SocketState::Open);
+}
+
+void TcpSocket::Listen() {
+  if (State_ != SocketState::Closed) throw RuntimeError(error_number::BadProtocolOrState);
+  Handle_ = Layer_.OpenOnPort(LocalPort_, [this](std::uint16_t port) {
+    Network::Opened opened = Layer_.System.OpenStream(port, Rebind::Yes);
+    if (opened.Error != 0) return opened;
+    opened.Error = Layer_.System.Listen(opened.Socket);
+    if (opened.Error != 0) Layer_.System.Close(opened.Socket);
+    return opened;
+  });
+  SetState(SocketState::Listening);
+  UpdateWatch();
+}
+
+void TcpSocket::Accept(RequestId request) {
+  if (State_ != SocketState::Closed) throw RuntimeError(error_number::BadProtocolOrState);
+  const SocketLayer::Request taken = Layer_.TakeRequest(request);
+  Handle_ = taken.Socket;
+  SetPeer(taken.Peer);
+  RemoteHost_ = RemoteHostIP();
+  SetState(SocketState::Connected);
+  Layer_.Loop.SettleLater(*this);
+}
+
+void TcpSocket::Connect() {
+  if (State_ != SocketState::Closed) throw RuntimeError(error_number::BadProtocolOrState);
+  Layer_.RequireOpen();
+  SetState(SocketState::ResolvingHost);
+  if (!NameWait_) NameWait_ = std::make_unique<NameWait>(Layer_.Loop, Layer_.Names);
+  if (Layer_.Names.Find(RemoteHost_)) {
+    OpenConnection();
+  } else {
+    NameWait_->Start(RemoteHost_, 0, [this] { OpenConnection(); });
+  }
+}
+
+void TcpSocket::OpenConnection() {
+  const std::optional<Ipv4Address> address = Layer_.Names.Find(RemoteHost_);
+  if (!address) {
+    Break(error_number::HostNotFound);
+    return;
+  }
+  const auto port = static_cast<std::uint16_t>(RemotePort());
+  const Network::Opened opened = Layer_.System.Connect({*address, port});
+  if (opened.Error != 0) {
+    // An event of its own in every case: the caller of Connect is still at work.
+    BrokenBy_ = opened.Error;
+    Layer_.Loop.Post(*this);
+    return;
+  }
+  Handle_ = opened.Socket;
+  SetPeer({*address, port});
+  SetState(SocketState::Connecting);
+  UpdateWatch();
+}
+
+void TcpSocket::Close() {
+  Unsettled::Unlink();
+  if (NameWait_) NameWait_->Cancel();
+  AcceptPause_.reset();
+  if (Handle_ != SocketHandle::None) {
+    const bool connected = State_ == SocketState::Connected || State_ == SocketState::Closing;
+    if (connected) Flush();
+    Unwatch();
+    const SocketHandle handle = std::exchange(Handle_, SocketHandle::None);
+    if (State_ == SocketState::Connected || (connected && !Unsent_.empty())) {
+      Layer_.Lingering.Add(handle, std::move(Unsent_));
+    } else {
+      Layer_.System.Close(handle);
+    }
+  }
+  // The flush may have had something to report that now interests nobody.
+  BrokenBy_ = 0;
+  SendCompletePending_ = false;
+  PostedEvent::Unlink();
+  Unread_.clear();
+  Unsent_.clear();
+  SetState(SocketState::Closed);
+}
+
+void TcpSocket::SendText(std::string_view text) {
+  SendData({reinterpret_cast<const std::uint8_t *>(text.data()), text.size()});
+}
+
+void TcpSocket::SendData(std::span<const std::uint8_t> bytes) {
+  if (State_ != SocketState::Connected) throw RuntimeError(error_number::BadProtocolOrState);
+  if (BrokenBy_ == 0 && Unsent_.empty()) BrokenBy_ = Layer_.System.PendingError(Handle_);
+  if (BrokenBy_ != 0) {
+    Layer_.Loop.Post(*this);
+    throw RuntimeError(BrokenBy_);
+  }
+  Unsent_.insert(Unsent_.end(), bytes.begin(), bytes.end());
+  SendCompletePending_ = true;
+  Layer_.Loop.SettleLater(*this);
+}
+
+std::size_t TcpSocket::GetData(std::span<std::uint8_t> into) {
+  if (Unread_.empty()) throw RuntimeError(error_number::WouldBlock);
+  const std::size_t length = std::min(into.size(), Unread_.size());
+  std::memcpy(into.data(), Unread_.data(), length);
+  Unread_.erase(Unread_.begin(), Unread_.begin() + static_cast<std::ptrdiff_t>(length));
+  return length;
+}
+
+std::string TcpSocket::GetText() {
+  if (Unread_.empty()) throw RuntimeError(error_number::WouldBlock);
+  std::string text(Unread_.begin(), Unread_.end());
+  Unread_.clear();
+  return text;
+}
+
+bool TcpSocket::Settle(SettlePoint point) {
+  Flush();
+  // A connection that its handler closes anyway need never be watched.
+  if (point == SettlePoint::NestedPass && !Watched_) return false;
+  UpdateWatch();
+  return true;
+}
+
+void TcpSocket::Flush() {
+  if (!Unsent_.empty() && Handle_ != SocketHandle::None && BrokenBy_ == 0) {
+    const Network::Transferred sent = Layer_.System.Send(Handle_, Unsent_);
+    if (sent.Error == 0) {
+      Unsent_.erase(Unsent_.begin(), Unsent_.begin() + static_cast<std::ptrdiff_t>(sent.Bytes));
+    } else if (sent.Error != error_number::WouldBlock) {
+      BrokenBy_ = sent.Error;
+      Unsent_.clear();
+      Layer_.Loop.Post(*this);
+      return;
+    }
+  }
+  if (Unsent_.empty() && SendCompletePending_ && Events_.SendComplete) Layer_.Loop.Post(*this);
+}
+
+void TcpSocket::OnPosted() {
+  if (BrokenBy_ != 0) {
+    Break(BrokenBy_);
+    return;
+  }
+  SendCompletePending_ = false;
+  if (State_ == SocketState::Closing && Unsent_.empty()) ReleaseHandle();
+  if (Events_.SendComplete) Events_.SendComplete(Index_);
+}
+
+void TcpSocket::OnReady(Readiness readiness) {
+  if (State_ == SocketState::Listening) {
+    AcceptWaiting();
+  } else if (State_ == SocketState::Connecting) {
+    FinishConnecting();
+  } else if (readiness.Write) {
+    Flush();
+    if (State_ == SocketState::Closing && Unsent_.empty()) ReleaseHandle();
+    UpdateWatch();
+  } else if (State_ == SocketState::Closing) {
+    if (readiness.Error) ReleaseHandle();  // whom the rest was for is gone
+  } else if (Events_.DataArrival && (readiness.Read || readiness.Error)) {
+    ReadWaiting();
+  } else if (readiness.Error) {
+    const int error = Layer_.System.PendingError(Handle_);
+    if (error != 0) {
+      Break(error);
+    } else {
+      PeerEnded();
+    }
+  } else if (readiness.HangUp) {
+    PeerEnded();
+  }
+}
+
+void TcpSocket::AcceptWaiting() {
+  for (int count = 0; count < MostAccepts && State_ == SocketState::Listening; ++count) {
+    const Network::Accepted accepted = Layer_.System.Accept(Handle_);
+    switch (accepted.Error) {
+      case 0:
+        RaiseRequest(accepted);
+        break;
+      case error_number::WouldBlock:
+        return;
+      case error_number::ConnectionAborted:
+      case error_number::TooManyDescriptors:
+        break;  // that one is gone; the next may do better
+      default:
+        PauseAccepting();
+        return;
+    }
+  }
+}
+
+void TcpSocket::RaiseRequest(const Network::Accepted &accepted) {
+  const RequestId request = Layer_.AddRequest(accepted.Socket, accepted.Peer);
+  SetPeer(accepted.Peer);
+  if (Events_.ConnectionRequest) {
+    Layer_.Loop.Dispatch([&] { Events_.ConnectionRequest(Index_, request); });
+  }
+  Layer_.DropRequest(request);
+}
+
+void TcpSocket::PauseAccepting() {
+  // The system has no room for a connection at all. It stays readable, and would wake the
+  // loop for ever.
+  Unwatch();
+  if (!AcceptPause_) {
+    AcceptPause_ = std::make_unique<LoopTimer>(Layer_.Loop, [this] { UpdateWatch(); });
+  }
+  AcceptPause_->Start(AcceptPauseMs, LoopTimer::Repeat::No);
+}
+
+void TcpSocket::FinishConnecting() {
+  const int error = Layer_.System.PendingError(Handle_);
+  if (error != 0) {
+    Break(error);
+    return;
+  }
+  SetState(SocketState::Connected);
+  UpdateWatch();
+  if (Events_.Connect) Events_.Connect(Index_);
+}
+
+void TcpSocket::ReadWaiting() {
+  // Static: one thread reads, and what it read is copied out before any handler runs.
+  static std::array<std::uint8_t, MostUnread> buffer;
+  const Network::Transferred received = Layer_.System.Receive(Handle_, buffer);
+  if (received.Error == error_number::WouldBlock) return;
+  if (received.Error != 0) {
+    Break(received.Error);
+  } else if (received.Bytes == 0) {
+    PeerEnded();
+  } else {
+    Unread_.insert(Unread_.end(), buffer.begin(),
+                   buffer.begin() + static_cast<std::ptrdiff_t>(received.Bytes));
+    Layer_.Loop.SettleLater(*this);
+    Events_.DataArrival(Index_, static_cast<std::int32_t>(Unread_.size()));
+  }
+}
+
+void TcpSocket::PeerEnded() {
+  SetState(SocketState::Closing);
+  if (!Unsent_.empty()) {
+    UpdateWatch();
+  } else if (Events_.DataArrival) {
+    ReleaseHandle();
+  } else {
+    // Nobody has read what the peer sent before its end.
+    Unwatch();
+    Layer_.Lingering.Add(std::exchange(Handle_, SocketHandle::None), {});
+  }
+  if (Events_.Close) Events_.Close(Index_);
+}
+
+void TcpSocket::Break(int error) {
+  BrokenBy_ = 0;
+  SendCompletePending_ = false;
+  Unsent_.clear();
+  SetState(SocketState::Error);
+  ReleaseHandle();
+  if (Events_.Error) Events_.Error(Index_, {error, DescriptionOf(error)});
+}
+
+void TcpSocket::UpdateWatch() {
+  if (Handle_ == SocketHandle::None) return;
+  Readiness interest;
+  switch (State_) {
+    case SocketState::Listening:
+      interest.Read = true;
+      break;
+    case SocketState::Connecting:
+      interest.Write = true;
+      break;
+    case SocketState::Connected:
+      // Without a handler for data only the end of the connection is of interest.
+      interest.Read =
+          Events_.DataArrival && Unread_.size() < MostUnread && Unsent_.size() < MostUnsent;
+      interest.HangUp = !Events_.DataArrival;
+      interest.Write = !Unsent_.empty();
+      break;
+    case SocketState::Closing:
+      interest.Write = !Unsent_.empty();
+      break;
+    default:
+      return;
+  }
+  Layer_.Loop.Watch(Handle_, interest, *this);
+  Watched_ = true;
+}
+
+void TcpSocket::Unwatch() {
+  if (Watched_) Layer_.Loop.Unwatch(Handle_);
+  Watched_ = false;
+}
+
+void TcpSocket::ReleaseHandle() {
+  if (Handle_ == SocketHandle::None) return;
+  Unwatch();
+  Layer_.System.Close(std::exchange(Handle_, SocketHandle::None));
+}
+
+}  // namespace cvl

@@ -1,0 +1,103 @@
+#include "net/udp_socket.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace cvl {
+
+UdpSocket::~UdpSocket() {
+  UdpSocket::Close();
+}
+
+void UdpSocket::Bind() {
+  if (State_ != SocketState::Closed) throw RuntimeError(error_number::BadProtocolOrState);
+  Handle_ = Layer_.OpenOnPort(
+      LocalPort_, [this](std::uint16_t port) { return Layer_.System.OpenDatagram(port); });
+  State_ = SocketState::Open;
+  if (!Batch_) Batch_ = Layer_.System.MakeDatagramBatch();
+  Layer_.Loop.Watch(Handle_, {.Read = true}, *this);
+}
+
+void UdpSocket::Close() {
+  if (State_ == SocketState::Closed) return;
+  Layer_.Loop.Unwatch(Handle_);
+  Layer_.System.Close(Handle_);
+  Handle_ = SocketHandle::None;
+  State_ = SocketState::Closed;
+  Waiting_ = {};
+  Present_ = nullptr;
+}
+
+void UdpSocket::OnReady(Readiness) {
+  if (Waiting_.empty() && Present_ == nullptr) {
+    // A failure here is one of an earlier answer's, which nobody waits for any more.
+    if (Batch_->Receive(Handle_, Waiting_) != 0) Waiting_ = {};
+  }
+  Deliver();
+}
+
+void UdpSocket::Deliver() {
+  while (!Waiting_.empty()) {
+    const Datagram &datagram = Waiting_.front();
+    Waiting_ = Waiting_.subspan(1);
+    if (IsHeldBack(datagram)) continue;
+    const Datagram *outer = Present_;
+    const bool outer_read = PresentRead_;
+    Present_ = &datagram;
+    PresentRead_ = false;
+    SetPeer(datagram.Sender);
+    if (OnDataArrival) {
+      Layer_.Loop.Dispatch(
+          [&] { OnDataArrival(static_cast<std::int32_t>(datagram.Bytes.size())); });
+    }
+    if (State_ == SocketState::Closed || Layer_.Loop.IsQuitting()) return;
+    Present_ = outer;
+    PresentRead_ = outer_read;
+  }
+}
+
+bool UdpSocket::IsHeldBack(const Datagram &datagram) {
+  if (!LoopGuard::IsSuspicious(datagram.Sender.Port, LocalPort_)) return false;
+  if (!Guard_) Guard_ = std::make_unique<LoopGuard>();
+  return !Guard_->Admit(datagram.Sender.Address, Layer_.Loop.MonotonicMs());
+}
+
+const Datagram &UdpSocket::Present() const {
+  if (Present_ == nullptr || PresentRead_) throw RuntimeError(error_number::WouldBlock);
+  return *Present_;
+}
+
+std::size_t UdpSocket::GetData(std::span<std::uint8_t> into) {
+  const Datagram &datagram = Present();
+  PresentRead_ = true;
+  const std::size_t length = std::min(into.size(), datagram.Bytes.size());
+  if (length > 0) std::memcpy(into.data(), datagram.Bytes.data(), length);
+  return length;
+}
+
+std::string UdpSocket::GetText() {
+  const Datagram &datagram = Present();
+  PresentRead_ = true;
+  return {datagram.Bytes.begin(), datagram.Bytes.end()};
+}
+
+Endpoint UdpSocket::Destination() {
+  const std::optional<Ipv4Address> address = Layer_.Names.Find(RemoteHost_);
+  if (!address) throw RuntimeError(error_number::HostNotFound);
+  return {*address, Remote_.Port};
+}
+
+void UdpSocket::SendData(std::span<const std::uint8_t> bytes) {
+  const Endpoint to = Destination();
+  if (State_ == SocketState::Closed) Bind();
+  const bool is_answer = Present_ != nullptr && Present_->Sender == to;
+  const int error =
+      Layer_.System.SendTo(Handle_, bytes, to, is_answer ? Present_->LocalAddress : 0);
+  if (error != 0) throw RuntimeError(error);
+}
+
+void UdpSocket::SendText(std::string_view text) {
+  SendData({reinterpret_cast<const std::uint8_t *>(text.data()), text.size()});
+}
+
+}  // namespace cvl
