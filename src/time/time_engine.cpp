@@ -1,0 +1,71 @@
+#include "time/time_engine.h"
+
+#include "base/numbers.h"
+#include "time/timestamp_encoder.h"
+
+namespace cvl {
+
+namespace {
+
+void AppendName(std::string &text, const ZoneName &name) {
+  for (const char16_t unit : name) {
+    if (unit == 0) return;
+    text += unit < 256 ? static_cast<char>(unit) : '?';
+  }
+}
+
+}  // namespace
+
+TimeEngine::TimeEngine(Clock &clock, const BaseDates &dates, ZoneState &zone, TextBox &svr_current)
+    : Clock_(clock), Dates_(dates), Zone_(zone), SvrCurrent_(svr_current) {}
+
+std::int32_t TimeEngine::GrabBias() {
+  const TimeZoneInformation &zone = Clock_.GetTimeZoneInformation();
+  if (zone.Period == ZonePeriod::Daylight) {
+    return MultiplyLong(AddLong(zone.Bias, zone.DaylightBias), 60);
+  }
+  return MultiplyLong(zone.Bias, 60);
+}
+
+double TimeEngine::SecondsSince(DateTime base) {
+  const DateTime local = Clock_.Now();
+  return SecondsBetween(base, local.Plus(GrabBias() / SecondsPerDay));
+}
+
+NtpTimestamp TimeEngine::StampFrom(DateTime base) {
+  const double seconds = SecondsSince(base);
+  SystemTime local;
+  GrabLocalTime(local);
+  return EncodeTimestamp(seconds, local.Milliseconds);
+}
+
+NtpTimestamp TimeEngine::GrabTime() {
+  return StampFrom(Dates_.UseStampEpoch ? Dates_.StampEpoch : Dates_.NTPEpoch);
+}
+
+NtpTimestamp TimeEngine::GrabCVLST() {
+  return StampFrom(Dates_.ClientEpoch);
+}
+
+std::array<std::uint8_t, 4> TimeEngine::GrabTimeValue() {
+  return EncodeSeconds(SecondsSince(Dates_.NTPEpoch));
+}
+
+void TimeEngine::GrabLocalTime(SystemTime &record) {
+  record = Clock_.GetLocalTime();
+}
+
+void TimeEngine::svrBIAS() {
+  Zone_.TZName.clear();
+  const TimeZoneInformation &zone = Clock_.GetTimeZoneInformation();
+  if (zone.Period == ZonePeriod::Daylight) {
+    AppendName(Zone_.TZName, zone.DaylightName);
+    Zone_.TZBias = AddLong(zone.Bias, zone.DaylightBias);
+  } else {
+    AppendName(Zone_.TZName, zone.StandardName);
+    Zone_.TZBias = zone.Bias;
+  }
+  SvrCurrent_.Tip.Set(" Time Zone: " + Zone_.TZName + " ");
+}
+
+}  // namespace cvl
