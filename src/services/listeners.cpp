@@ -1,0 +1,66 @@
+#include "services/listeners.h"
+
+#include "base/failure_modes.h"
+#include "base/number_text.h"
+#include "base/numbers.h"
+
+namespace cvl {
+
+namespace {
+
+void CloseAll(Socket &socket) {
+  while (socket.State() != SocketState::Closed) {
+    socket.Close();
+  }
+}
+
+std::int16_t PortOf(const Service &service) {
+  return ToInteger(Val(service.PortBox.Text()));
+}
+
+}  // namespace
+
+Listeners::Listeners(ServiceTable &services, RunState &state, MainWindow &window)
+    : Services_(services), State_(state), Window_(window) {}
+
+void Listeners::LoadServers(std::string_view code) {
+  std::int16_t port = 0;
+  const Failure failure = Trap([&] {
+    for (const Service *service : Services_.All) {
+      if (code == service->TcpCode) OpenTcp(*service, port);
+      if (code == service->UdpCode) OpenUdp(*service, code, port);
+    }
+  });
+  if (failure.Number == error_number::AddressInUse) ReportTakenPort(code, port);
+}
+
+void Listeners::OpenTcp(const Service &service, std::int16_t &port) {
+  TcpSocket &listener = service.TcpSlots[0];
+  CloseAll(listener);
+  port = PortOf(service);
+  listener.SetLocalPort(port);
+  listener.Listen();
+}
+
+void Listeners::OpenUdp(const Service &service, std::string_view code, std::int16_t &port) {
+  Socket &socket = service.UdpSocket;
+  CloseAll(socket);
+  port = PortOf(service);
+  // The Time service asks its neighbour for the address, which is the same.
+  const Socket &asked = code == Services_.Time.UdpCode ? Services_.Daytime.UdpSocket : socket;
+  socket.SetRemoteHost(asked.LocalIP());
+  socket.SetLocalPort(port);
+  socket.Bind();
+}
+
+void Listeners::ReportTakenPort(std::string_view code, std::int16_t port) {
+  std::string &text = State_.Status.StatusText;
+  text = "That address is already in use.  Please select a different port than " +
+         std::to_string(port) + ".";
+  if (code != Services_.Daytime.TcpCode && code != Services_.Daytime.UdpCode) return;
+  text +=
+      "\rDAYTIME SERVICE SERVER ERROR - PORT: " + Services_.Daytime.PortBox.Text() + " invalid.";
+  if (State_.Flags.Interactive) Window_.Status.Caption = text;
+}
+
+}  // namespace cvl

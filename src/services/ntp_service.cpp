@@ -1,0 +1,166 @@
+#include "services/ntp_service.h"
+
+#include <algorithm>
+#include <string>
+
+#include "base/failure_modes.h"
+#include "base/numbers.h"
+#include "base/text.h"
+
+namespace cvl {
+
+namespace {
+
+// Fixed fields of every reply (RFC 5905, section 7.3). They don't follow the machine or its
+// upstream, and clients are used to them.
+constexpr std::uint8_t Stratum = 2;
+constexpr std::uint8_t Poll = 4;
+constexpr std::uint8_t Precision = 0xEF;  // 2^-17 s
+constexpr std::array<std::uint8_t, 4> RootDelay = {0x00, 0x00, 0x00, 0x4F};
+constexpr std::array<std::uint8_t, 4> RootDispersion = {0x00, 0x00, 0x02, 0xA1};
+
+constexpr std::size_t Originate = 24;
+constexpr std::size_t Receive = 32;
+constexpr std::size_t Transmit = 40;
+
+template <class Bytes>
+void Put(NtpPacket &packet, std::size_t offset, const Bytes &bytes) {
+  std::copy(std::begin(bytes), std::end(bytes), packet.begin() + static_cast<long>(offset));
+}
+
+/// The part of PACKET that a message of BYTES_TOTAL fills.
+std::span<std::uint8_t> Room(NtpPacket &packet, std::int32_t bytes_total) {
+  return std::span(packet).first(std::min(packet.size(), static_cast<std::size_t>(bytes_total)));
+}
+
+}  // namespace
+
+NtpService::NtpService(const ServiceContext &context, SyncExchange &exchange)
+    : Context_(context), Exchange_(exchange) {
+  Context_.Sockets.UDP123.OnDataArrival = [this](std::int32_t bytes_total) {
+    OnUdpArrival(bytes_total);
+  };
+  TcpEvents &events = Context_.Sockets.TCP123.Events;
+  events.ConnectionRequest = [this](std::int16_t, RequestId request) { OnTcpRequest(request); };
+  events.DataArrival = [this](std::int16_t index, std::int32_t bytes_total) {
+    OnTcpArrival(index, bytes_total);
+  };
+  events.SendComplete = [this](std::int16_t index) { Context_.Sockets.TCP123[index].Close(); };
+  // Nothing closes the slot of a client that goes away before it has asked, and such a slot
+  // is not used again.
+}
+
+void NtpService::OnUdpArrival(std::int32_t bytes_total) {
+  RunState &state = Context_.State;
+  UdpSocket &socket = Context_.Sockets.UDP123;
+  if (state.Flags.ServicePaused) return;
+  state.Requests.ReqUDP123 = AddLong(state.Requests.ReqUDP123, 1);
+  Context_.Lamp.UDPIn();
+  ContinueOnFailure mode;
+  NtpPacket request{};
+  mode.Step([&] { socket.GetData(Room(request, bytes_total)); });
+  if (mode.Number() != 0 || bytes_total != static_cast<std::int32_t>(NtpLength)) {
+    if (state.Sync.SyncWaiting && bytes_total == 1) {
+      Exchange_.TakeRefusal();
+    } else if (state.Flags.EnableLogging) {
+      LogRefused(socket.RemoteHostIP(), socket, "UDP", bytes_total, mode.Number());
+    }
+    return;
+  }
+  if (Exchange_.IsReply(request)) {
+    Exchange_.TakeReply(request);
+    return;
+  }
+  // The box shows the last peer of the Daytime socket, by a slip that operators know.
+  mode.Step([&] { Context_.ShowClient(client_box::Ntp, Context_.Sockets.UDP13.RemoteHostIP()); });
+  Context_.Lamp.DataIn();
+  std::optional<NtpTimestamp> tor_ntp;
+  mode.Step([&] { tor_ntp = Context_.Time.GrabTime(); });
+  const std::string &client = socket.RemoteHostIP();
+  if (state.Flags.EnableLogging) LogGood(client, socket, "UDP");
+  mode.Step([&] { GrabTCP123(request, tor_ntp, 0, client); });
+}
+
+void NtpService::OnTcpRequest(RequestId request) {
+  if (Context_.IsShut()) return;
+  SlotArray &slots = Context_.Sockets.TCP123;
+  const std::int16_t slot = AcceptOn(
+      slots, [this] { return Context_.Sockets.InitTCP123(); }, request);
+  if (slot == 0) return;
+  Context_.ShowClient(client_box::Ntp, slots[slot].RemoteHostIP());
+  Context_.Lamp.DataIn();
+  Context_.Lamp.TCPIn();
+}
+
+void NtpService::OnTcpArrival(std::int16_t index, std::int32_t bytes_total) {
+  RunState &state = Context_.State;
+  SlotArray &slots = Context_.Sockets.TCP123;
+  state.Requests.ReqTCP123 = AddLong(state.Requests.ReqTCP123, 1);
+  ContinueOnFailure mode;
+  TcpSocket &socket = slots[index];
+  NtpPacket request{};
+  mode.Step([&] { socket.GetData(Room(request, bytes_total)); });
+  if (mode.Number() != 0 || bytes_total != static_cast<std::int32_t>(NtpLength)) {
+    if (state.Flags.EnableLogging) {
+      LogRefused(socket.RemoteHostIP(), slots[0], "TCP", bytes_total, mode.Number());
+    }
+    socket.Close();
+    return;
+  }
+  Context_.Lamp.DataIn();
+  std::optional<NtpTimestamp> tor_ntp;
+  mode.Step([&] { tor_ntp = Context_.Time.GrabTime(); });
+  if (state.Flags.EnableLogging) LogGood(socket.RemoteHostIP(), slots[0], "TCP");
+  mode.Step([&] { GrabTCP123(request, tor_ntp, index, socket.RemoteHostIP()); });
+}
+
+void NtpService::GrabTCP123(const NtpPacket &data_struc, const std::optional<NtpTimestamp> &tor_ntp,
+                            std::int16_t index, std::string_view mode_ip) {
+  const SyncState &sync = Context_.State.Sync;
+  NtpPacket reply{};
+  reply[0] = ToByte(sync.ReplyHeaderByte);
+  reply[1] = Stratum;
+  reply[2] = Poll;
+  reply[3] = Precision;
+  Put(reply, 4, RootDelay);
+  Put(reply, 8, RootDispersion);
+  for (std::size_t at = 0; at < sync.ReferenceOctets.size(); ++at) {
+    reply[12 + at] = ToByte(sync.ReferenceOctets[at]);
+  }
+  Put(reply, 16, sync.ReferenceStamp);
+  // The request's own originate field comes back where the client filled it in; by the book
+  // it would be the transmit field always.
+  const std::size_t echoed = data_struc[Originate] == 0 ? Transmit : Originate;
+  Put(reply, Originate, std::span(data_struc).subspan(echoed, 8));
+  if (!tor_ntp) throw RuntimeError(error_number::SubscriptOutOfRange);
+  Put(reply, Receive, *tor_ntp);
+  Put(reply, Transmit, Context_.Time.GrabTime());
+  Context_.Lamp.DataOut();
+
+  ContinueOnFailure mode;
+  if (index != 0) {
+    TcpSocket &slot = Context_.Sockets.TCP123[index];
+    if (!mode.Step([&] { slot.SendData(reply); })) {
+      Context_.Window.CVLRemHost[client_box::Ntp].SetText(std::to_string(mode.Number()));
+      slot.Close();
+      return;
+    }
+  } else {
+    if (!Context_.State.Flags.TimeSynced) return;
+    Context_.Sockets.UDP123.SetRemoteHost(Trim(mode_ip));
+    if (!mode.Step([&] { Context_.Sockets.UDP123.SendData(reply); })) return;
+  }
+  mode.Step([&] { Context_.Texts.StatusUp(); });
+}
+
+void NtpService::LogGood(std::string_view client, const Socket &local, std::string_view transport) {
+  Context_.Log.CVLWLOG("48 Bytes NTP...", client, local.LocalPort(), 48, "NTPv4", transport, 0);
+}
+
+void NtpService::LogRefused(std::string_view client, const Socket &local,
+                            std::string_view transport, std::int32_t bytes_total, int error) {
+  Context_.Log.CVLWLOG(std::to_string(bytes_total) + " Bytes NTP ERROR: " + std::to_string(error),
+                       client, local.LocalPort(), 0, "NTPv4", transport, bytes_total);
+}
+
+}  // namespace cvl

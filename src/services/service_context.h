@@ -1,0 +1,47 @@
+// What every service works with.
+
+#pragma once
+
+#include <string>
+
+#include "platform/event_loop.h"
+#include "services/service_sockets.h"
+#include "state/main_window.h"
+#include "state/run_state.h"
+#include "status/lamps.h"
+#include "status/request_log.h"
+#include "status/status_texts.h"
+#include "time/time_engine.h"
+
+namespace cvl {
+
+struct ServiceContext {
+  RunState &State;
+  MainWindow &Window;
+  ServiceSockets &Sockets;
+  TimeEngine &Time;
+  Lamps &Lamp;
+  StatusTexts &Texts;
+  RequestLog &Log;
+  EventLoop &Loop;
+
+  /// True while no connection is accepted: in a pause, and until the first sync.
+  bool IsShut() const { return State.Flags.ServicePaused || !State.Flags.TimeSynced; }
+
+  /// Shows a client in the box of the last one, with the moment as its tip.
+  void ShowClient(std::size_t box, const std::string &address) const {
+    Window.CVLRemHost[box].SetText(address);
+    Window.CVLRemHost[box].Tip.SetMoment(Time.Now());
+  }
+};
+
+/// The boxes of the last clients, in the order of the panels.
+namespace client_box {
+inline constexpr std::size_t Time = 0;
+inline constexpr std::size_t Daytime = 1;
+inline constexpr std::size_t Ntp = 2;
+inline constexpr std::size_t Unix = 3;
+inline constexpr std::size_t Client = 4;
+}  // namespace client_box
+
+}  // namespace cvl
