@@ -1,0 +1,57 @@
+// The entry point: makes the platform and the server, and lets the loop run.
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "base/failure_modes.h"
+#include "host/cvl_server.h"
+#include "platform/platform.h"
+
+namespace {
+
+/// What stands behind the program's name: its arguments with a blank between each two.
+std::string CommandTail(int count, char **arguments) {
+  std::string tail;
+  for (int at = 1; at < count; ++at) {
+    if (at > 1) tail += ' ';
+    tail += arguments[at];
+  }
+  return tail;
+}
+
+[[noreturn]] void EndWith(int number, const char *description) {
+  std::fprintf(stderr, "cvlserver: run-time error %d: %s\n", number, description);
+  std::fflush(nullptr);
+  std::_Exit(EXIT_FAILURE);
+}
+
+int Serve(const std::string &command_tail) {
+  cvl::NativePlatform native;
+  const cvl::Platform platform = native.Interfaces();
+  platform.Loop.OnFatal = [](const cvl::RuntimeError &error) {
+    EndWith(error.Number(), error.what());
+  };
+  cvl::CVL_Server server(platform, command_tail);
+  switch (server.Load()) {
+    case cvl::Loaded::Running:
+      platform.Loop.Run();
+      return EXIT_SUCCESS;
+    case cvl::Loaded::NoWindow:
+      std::fprintf(stderr, "cvlserver: no window: %s\n", server.Obstacle().c_str());
+      return EXIT_FAILURE;
+    case cvl::Loaded::Ended:
+    case cvl::Loaded::AnotherInstance:
+      return EXIT_SUCCESS;
+  }
+  return EXIT_SUCCESS;
+}
+
+}  // namespace
+
+int main(int count, char **arguments) {
+  int status = EXIT_SUCCESS;
+  const cvl::Failure failure = cvl::Trap([&] { status = Serve(CommandTail(count, arguments)); });
+  if (failure) EndWith(failure.Number, failure.Description.c_str());
+  return status;
+}
