@@ -1,0 +1,107 @@
+"""The process: one instance, its command line, its ends."""
+
+import os
+import socket
+import subprocess
+
+from harness import BIN, World, run_all, wait_until
+
+
+def Start(world, *words):
+    """Runs the program to its end."""
+    return subprocess.run([os.path.join(BIN, "cvlserver"), *words],
+                          env=dict(os.environ, CHRONVALE_HOME=world.home), capture_output=True,
+                          text=True, timeout=30, check=False)
+
+
+def TestASecondInstanceEndsAtOnceWhateverItIsTold():
+    with World() as world:
+        world.upstream()
+        server = world.server()
+        for words in ((), ("-config",), ("-install",), ("-rs",)):
+            second = Start(world, *words)
+            assert second.returncode == 0, words
+            assert second.stdout == "" and second.stderr == "", words
+        assert server.process.poll() is None
+        assert server.stop() == 0
+
+
+def TestTheProgramDirectoryIsHeldWhileTheServerRuns():
+    with World() as world:
+        server = world.server()
+        hold = ["flock", "--nonblock", world.home, "true"]
+        assert subprocess.run(hold, check=False).returncode != 0
+        assert server.stop() == 0
+        assert subprocess.run(hold, check=False).returncode == 0
+
+
+def TestUnknownWordsBehaveLikeNone():
+    for words in (("-RS",), ("-Debug",), (" -rs",), ("--help",), ("-rs",), ("extra", "-install")):
+        with World() as world:
+            world.upstream()
+            server = world.server(*words)
+            server.wait_for_gate()
+            assert server.stop() == 0, words
+
+
+def TestAServiceRunSaysNothing():
+    with World() as world:
+        world.upstream()
+        server = world.server()
+        server.wait_for_gate()
+        assert server.stop() == 0
+        server.process.wait()
+        assert server.errors.lines == []
+        assert server.process.stdout.read() == ""
+
+
+def TestAWindowWithoutADisplayIsOneLineAndNoListener():
+    for word in ("-config", "-debug"):
+        with World() as world:
+            ended = Start(world, word)
+            assert ended.returncode == 1
+            assert len(ended.stderr.splitlines()) == 1, ended.stderr
+            assert ended.stdout == ""
+
+
+def TestAServerFileOfTooManyLinesEndsTheProgram():
+    with World() as world:
+        world.write_server_file(["10.77.0.2:::Server NA:::2:::"] * 301)
+        ended = Start(world)
+        assert ended.returncode == 1
+        assert ended.stderr == "cvlserver: run-time error 9: Subscript out of range\n"
+
+
+def TestAServerFileOfThreeHundredLinesServes():
+    with World() as world:
+        world.write_server_file(["10.77.0.2:::Server NA:::2:::"] * 300)
+        world.upstream()
+        server = world.server()
+        server.wait_for_gate()
+        assert server.stop() == 0
+
+
+def TestAPictureThatTheTableLacksEndsTheProgram():
+    with World() as world:
+        world.write_server_file(["10.77.0.2:::Server NA:::36:::"])
+        ended = Start(world)
+        assert ended.returncode == 1
+        assert ended.stderr.startswith("cvlserver: run-time error 380: ")
+
+
+def TestATakenPortLeavesTheOthersOpen():
+    with World() as world:
+        world.upstream()
+        with socket.socket(socket.AF_INET, socket.SOCK_STREAM) as taken:
+            taken.bind(("0.0.0.0", 37))
+            taken.listen()
+            server = world.server()
+            server.wait_for_gate()
+            wait_until(lambda: ("tcp", 123) in server.open_sockets(), "the listeners")
+            assert ("tcp", 37) not in server.open_sockets()
+            assert ("udp", 37) in server.open_sockets()
+            assert server.stop() == 0
+
+
+if __name__ == "__main__":
+    run_all()
