@@ -35,6 +35,7 @@ int Serve(const std::string &command_tail) {
   cvl::CVL_Server server(platform, command_tail);
   switch (server.Load()) {
     case cvl::Loaded::Running:
+      native.ShowAtTerminal(server.TerminalReport(native.SettingsObstacle()));
       platform.Loop.Run();
       return EXIT_SUCCESS;
     case cvl::Loaded::NoWindow:

@@ -19,7 +19,11 @@ std::int64_t WholeSeconds(DateTime moment) {
   if (!(moment.Days >= FirstDay && moment.Days < BehindLastDay)) {
     throw RuntimeError(error_number::Overflow);
   }
-  return std::llrint(moment.Days * SecondsPerDay);
+  const std::int64_t seconds = std::llrint(moment.Days * SecondsPerDay);
+  if (static_cast<double>(seconds) >= BehindLastDay * SecondsPerDay) {
+    throw RuntimeError(error_number::Overflow);
+  }
+  return seconds;
 }
 
 /// WHOLE divided by PARTS, rounded downwards.

@@ -1,9 +1,11 @@
 #include "base/number_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <system_error>
 
 #include "base/runtime_error.h"
@@ -49,6 +51,20 @@ std::size_t NumberLength(std::string_view text) {
   return exponent;
 }
 
+/// Roughly the power of ten of a number with digits other than 0, which ends at a NUL.
+long Magnitude(std::string_view number) {
+  const std::size_t mark = std::min(number.find('e'), number.size());
+  const std::string_view mantissa = number.substr(0, mark);
+  const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
+  const std::size_t first = std::min(mantissa.find_first_of("123456789"), mantissa.size());
+  const long of_mantissa = static_cast<long>(point) - static_cast<long>(first);
+  if (mark == number.size()) return of_mantissa;
+  // Far beyond any float either way, and small enough to be added.
+  constexpr long Beyond = 1000000;
+  return of_mantissa +
+         std::clamp(std::strtol(number.data() + mark + 1, nullptr, 10), -Beyond, Beyond);
+}
+
 /// The value of a text that is one number; infinity when it is too large.
 double ValueOf(std::string_view number) {
   std::string plain(number);
@@ -61,8 +77,8 @@ double ValueOf(std::string_view number) {
   const auto [end, error] = std::from_chars(first, plain.c_str() + plain.size(), value);
   (void)end;
   if (error != std::errc::result_out_of_range) return value;
-  // from_chars doesn't say on which side the number left its range; strtod does.
-  return std::strtod(first, nullptr);
+  // from_chars doesn't say on which side the number left its range.
+  return Magnitude(first) > 0 ? std::numeric_limits<double>::infinity() : 0;
 }
 
 std::string_view TrimStart(std::string_view text, const char *blanks) {

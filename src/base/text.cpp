@@ -1,9 +1,12 @@
 #include "base/text.h"
 
+#include <cassert>
+
 namespace cvl {
 
 std::vector<std::string> Split(std::string_view text, std::string_view delimiter,
                                std::size_t limit) {
+  assert(!delimiter.empty());
   std::vector<std::string> parts;
   if (text.empty()) return parts;
   while (limit == 0 || parts.size() + 1 < limit) {

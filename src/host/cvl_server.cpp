@@ -2,6 +2,8 @@
 
 #include "base/failure_modes.h"
 #include "base/text.h"
+#include "host/port_state.h"
+#include "host/terminal_report.h"
 
 namespace cvl {
 
@@ -34,9 +36,18 @@ CVL_Server::CVL_Server(const Platform &platform, std::string command_tail)
                  Sockets_.UDP123, Layer_}),
       TcpTime_({State, Window, platform.MachineClock, Time_, Servers_, Draw_, Schedule_, Exchange_,
                 Lamps_, Texts_, Layer_}),
-      Ntp_({State, Window, Sockets_, Time_, Lamps_, Texts_, Log_, platform.Loop}, Exchange_),
-      Settings_({State, Window, platform.ProgramFiles, Services_, Listeners_, Servers_, Draw_,
-                 Schedule_}) {
+      Context_{State, Window, Sockets_, Time_, Lamps_, Texts_, Log_, platform.Loop},
+      DaytimeService_(Context_),
+      TimeService_(Context_),
+      NtpService_(Context_, Exchange_),
+      UnixTimeService_(Context_),
+      ClientProtocol_(Context_),
+      Registry_(platform.Store, platform.Boxes),
+      Settings_({State, Window, platform.ProgramFiles, Registry_, Services_, Listeners_, Servers_,
+                 Draw_, Schedule_, TcpTime_.StandardZoneName, TcpTime_.DaylightZoneName}),
+      Update_({State, Window, platform.ProgramFiles, platform.Boxes, platform.Programs, Settings_,
+               Layer_}),
+      ServiceStatus_(State, Services_, Listeners_, platform.CVLService) {
   ConnectControls();
   ConnectServiceEvents();
 }
@@ -44,9 +55,15 @@ CVL_Server::CVL_Server(const Platform &platform, std::string command_tail)
 CVL_Server::~CVL_Server() = default;
 
 void CVL_Server::ConnectControls() {
-  SvrTime_.OnTimer = [this] { StatusTick_.OnTimer(); };
+  SvrTime_.OnTimer = [this] {
+    StatusTick_.OnTimer();
+    ServiceStatus_.Report();
+  };
   SyncNow_.OnTimer = [this] { Schedule_.Tick(); };
   Schedule_.SyncTimeNow = [this] { Exchange_.SyncTimeNow(); };
+  Settings_.QRBUpdate = [this] { Update_.QRBUpdate(); };
+  Update_.CheckUpdate = [this]() -> Control & { return CheckUpdate_; };
+  Settings_.SyncTimeNow = [this] { Exchange_.SyncTimeNow(); };
   Exchange_.CloseTcpTime = [this] { TcpTime_.tcpTime().Close(); };
   Window.Servers.OnClick = [this] { Servers_.ChooseSelected(); };
   Window.SyncIntC.OnClick = [this] { Schedule_.CalcIntC(); };
@@ -59,6 +76,7 @@ void CVL_Server::ConnectControls() {
 
 void CVL_Server::ConnectServiceEvents() {
   ServiceHost &service = Platform_.CVLService;
+  service.Definition = {.Name = "CVLServer", .DisplayName = "Chronvale Server"};
   // The error report of a start or a stop; nothing is written of one without an error.
   const auto report = [this](const char *event, const Failure &failure) {
     if (!failure) return;
@@ -72,10 +90,12 @@ void CVL_Server::ConnectServiceEvents() {
   };
   service.OnPause = [this](bool &success) {
     State.Flags.ServicePaused = true;
+    ServiceStatus_.Report();
     success = true;
   };
   service.OnContinue = [this](bool &success) {
     State.Flags.ServicePaused = false;
+    ServiceStatus_.Report();
     success = true;
   };
   service.OnStop = [this, report] {
@@ -84,6 +104,18 @@ void CVL_Server::ConnectServiceEvents() {
              Unload(UnloadMode::FromCode);
            }));
   };
+}
+
+std::string CVL_Server::TerminalReport(const std::string &settings_obstacle) const {
+  const Files &files = Platform_.ProgramFiles;
+  const std::string server_file = files.InProgramDirectory(ServerList::FileName);
+  const std::string inside = files.InProgramDirectory("");
+  return cvl::TerminalReport({.Version = State.Start.ProgramVersion,
+                              .ProgramDirectory = inside.substr(0, inside.size() - 1),
+                              .Ports = PortStates(Services_, Listeners_),
+                              .MissingServerFile = files.Exists(server_file) ? "" : server_file,
+                              .SettingsObstacle = settings_obstacle,
+                              .CommandTail = CommandTail_});
 }
 
 void CVL_Server::MnuExit() {

@@ -8,13 +8,19 @@
 #include <vector>
 
 #include "controls/timer.h"
+#include "host/service_status.h"
 #include "net/socket_layer.h"
 #include "platform/platform.h"
+#include "services/client_protocol.h"
+#include "services/daytime_service.h"
 #include "services/listeners.h"
 #include "services/ntp_service.h"
 #include "services/service_boxes.h"
 #include "services/service_sockets.h"
 #include "services/service_table.h"
+#include "services/time_service.h"
+#include "services/unix_time_service.h"
+#include "settings/registry.h"
 #include "settings/settings_store.h"
 #include "state/main_window.h"
 #include "state/run_state.h"
@@ -29,6 +35,7 @@
 #include "sync/tcp_time.h"
 #include "time/time_engine.h"
 #include "ui/panels.h"
+#include "update/update_client.h"
 
 namespace cvl {
 
@@ -66,6 +73,10 @@ class CVL_Server {
   /// Why there can be no window, after Loaded::NoWindow.
   const std::string &Obstacle() const { return Obstacle_; }
 
+  /// What runs, from where, and which ports are open: lines for a terminal.
+  /// SETTINGS_OBSTACLE is what keeps the settings from being read, if anything does.
+  std::string TerminalReport(const std::string &settings_obstacle) const;
+
   RunState State;
   MainWindow Window;
 
@@ -96,8 +107,18 @@ class CVL_Server {
   SyncSchedule Schedule_;
   SyncExchange Exchange_;
   TcpTime TcpTime_;
-  NtpService Ntp_;
+  ServiceContext Context_;
+  DaytimeService DaytimeService_;
+  TimeService TimeService_;
+  NtpService NtpService_;
+  UnixTimeService UnixTimeService_;
+  ClientProtocol ClientProtocol_;
+  Registry Registry_;
   SettingsStore Settings_;
+  /// The button of the configuration window, which is asked for before there is a window.
+  Control CheckUpdate_;
+  UpdateClient Update_;
+  ServiceStatus ServiceStatus_;
 
   void ConnectControls();
   void ConnectServiceEvents();

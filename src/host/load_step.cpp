@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "base/version.h"
 #include "host/cvl_server.h"
+#include "platform/maker_host.h"
 #include "time/base_dates.h"
 
 namespace cvl {
@@ -29,6 +30,7 @@ Loaded CVL_Server::Load() {
   State.Start.ProgramVersion =
       Joined({std::to_string(VersionMajor), ".", std::to_string(VersionMinor), ".",
               std::to_string(VersionRevision)});
+  State.Start.MakerHost = MakerHostName();
   SetDates();
   TakeSyncStamp();
   State.Dates.Guard = State.Dates.DateBase100;

@@ -44,9 +44,12 @@ class LingeringCloses::Closing final : public ReadyHandler {
  private:
   /// False when the connection is at its end.
   bool Proceed(Readiness readiness) {
-    if (readiness.Error) return false;
-    if (readiness.Write && !Unsent_.empty() && !SendRest()) return false;
-    if (readiness.Read && !PeerEnded_) {
+    // An error may be no more than the end of both streams, with input still unread: what
+    // it is shows in the sending and the reading.
+    const bool sends = readiness.Write || readiness.Error;
+    const bool reads = readiness.Read || readiness.Error;
+    if (sends && !Unsent_.empty() && !SendRest()) return false;
+    if (reads && !PeerEnded_) {
       std::array<std::uint8_t, 4096> unread;
       const Network::Transferred received = Owner_.Network_.Receive(Socket_, unread);
       if (received.Error != 0 && received.Error != error_number::WouldBlock) return false;

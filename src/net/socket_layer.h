@@ -38,13 +38,15 @@ class SocketLayer {
   SocketHandle OpenOnPort(std::int32_t &port, Open &&open) {
     RequireOpen();
     const bool any = port == 0;
+    std::int32_t taken = port;
     Network::Opened opened;
     for (int attempt = 0; attempt < (any ? MostPortAttempts : 1); ++attempt) {
-      if (any) port = DrawPort();
-      opened = open(static_cast<std::uint16_t>(port));
+      if (any) taken = DrawPort();
+      opened = open(static_cast<std::uint16_t>(taken));
       if (opened.Error != error_number::AddressInUse) break;
     }
     if (opened.Error != 0) throw RuntimeError(opened.Error);
+    port = taken;
     return opened.Socket;
   }
 

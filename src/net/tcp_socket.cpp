@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <utility>
 
 namespace cvl {
@@ -67,6 +66,11 @@ void TcpSocket::Connect() {
 }
 
 void TcpSocket::OpenConnection() {
+  // The layer may have been shut while the name was looked up.
+  if (const Failure refused = Trap([this] { Layer_.RequireOpen(); })) {
+    Break(refused.Number);
+    return;
+  }
   const std::optional<Ipv4Address> address = Layer_.Names.Find(RemoteHost_);
   if (!address) {
     Break(error_number::HostNotFound);
@@ -95,7 +99,7 @@ void TcpSocket::Close() {
     if (connected) Flush();
     Unwatch();
     const SocketHandle handle = std::exchange(Handle_, SocketHandle::None);
-    if (State_ == SocketState::Connected || (connected && !Unsent_.empty())) {
+    if (connected) {
       Layer_.Lingering.Add(handle, std::move(Unsent_));
     } else {
       Layer_.System.Close(handle);
@@ -128,20 +132,26 @@ void TcpSocket::SendData(std::span<const std::uint8_t> bytes) {
 
 std::size_t TcpSocket::GetData(std::span<std::uint8_t> into) {
   if (Unread_.empty()) throw RuntimeError(error_number::WouldBlock);
-  const std::size_t length = std::min(into.size(), Unread_.size());
-  std::memcpy(into.data(), Unread_.data(), length);
-  Unread_.erase(Unread_.begin(), Unread_.begin() + static_cast<std::ptrdiff_t>(length));
-  return length;
+  const auto length = static_cast<std::ptrdiff_t>(std::min(into.size(), Unread_.size()));
+  std::copy_n(Unread_.begin(), length, into.begin());
+  Unread_.erase(Unread_.begin(), Unread_.begin() + length);
+  Layer_.Loop.SettleLater(*this);  // there is room again for what was held up
+  return static_cast<std::size_t>(length);
 }
 
 std::string TcpSocket::GetText() {
   if (Unread_.empty()) throw RuntimeError(error_number::WouldBlock);
   std::string text(Unread_.begin(), Unread_.end());
   Unread_.clear();
+  Layer_.Loop.SettleLater(*this);
   return text;
 }
 
 bool TcpSocket::Settle(SettlePoint point) {
+  if (State_ == SocketState::Closing) {
+    SendRest();
+    return true;
+  }
   Flush();
   // A connection that its handler closes anyway need never be watched.
   if (point == SettlePoint::NestedPass && !Watched_) return false;
@@ -156,12 +166,19 @@ void TcpSocket::Flush() {
       Unsent_.erase(Unsent_.begin(), Unsent_.begin() + static_cast<std::ptrdiff_t>(sent.Bytes));
     } else if (sent.Error != error_number::WouldBlock) {
       BrokenBy_ = sent.Error;
+      SendCompletePending_ = false;
       Unsent_.clear();
       Layer_.Loop.Post(*this);
       return;
     }
   }
-  if (Unsent_.empty() && SendCompletePending_ && Events_.SendComplete) Layer_.Loop.Post(*this);
+  // One that is posted already stays where it is: a peer that goes on sending would put it
+  // off for ever.
+  if (Unsent_.empty() && !PostedEvent::IsLinked()) PostSendComplete();
+}
+
+void TcpSocket::PostSendComplete() {
+  if (SendCompletePending_ && Events_.SendComplete) Layer_.Loop.Post(*this);
 }
 
 void TcpSocket::OnPosted() {
@@ -169,8 +186,9 @@ void TcpSocket::OnPosted() {
     Break(BrokenBy_);
     return;
   }
+  // A later send may still be on its way; its own end will post this anew.
+  if (!SendCompletePending_ || !Unsent_.empty()) return;
   SendCompletePending_ = false;
-  if (State_ == SocketState::Closing && Unsent_.empty()) ReleaseHandle();
   if (Events_.SendComplete) Events_.SendComplete(Index_);
 }
 
@@ -179,12 +197,15 @@ void TcpSocket::OnReady(Readiness readiness) {
     AcceptWaiting();
   } else if (State_ == SocketState::Connecting) {
     FinishConnecting();
+  } else if (BrokenBy_ != 0) {
+    // A send has taken the failure; to a read the stream would now look as if it had ended
+    // in good order.
+    Break(BrokenBy_);
+  } else if (State_ == SocketState::Closing) {
+    SendRest();
   } else if (readiness.Write) {
     Flush();
-    if (State_ == SocketState::Closing && Unsent_.empty()) ReleaseHandle();
     UpdateWatch();
-  } else if (State_ == SocketState::Closing) {
-    if (readiness.Error) ReleaseHandle();  // whom the rest was for is gone
   } else if (Events_.DataArrival && (readiness.Read || readiness.Error)) {
     ReadWaiting();
   } else if (readiness.Error) {
@@ -197,6 +218,17 @@ void TcpSocket::OnReady(Readiness readiness) {
   } else if (readiness.HangUp) {
     PeerEnded();
   }
+}
+
+void TcpSocket::SendRest() {
+  if (Handle_ == SocketHandle::None) return;
+  Flush();
+  if (BrokenBy_ != 0) {
+    // Close has been told, and nobody wants to hear of this end a second time.
+    BrokenBy_ = 0;
+    PostedEvent::Unlink();
+  }
+  if (Unsent_.empty()) LetGo();
 }
 
 void TcpSocket::AcceptWaiting() {
@@ -267,24 +299,32 @@ void TcpSocket::ReadWaiting() {
 
 void TcpSocket::PeerEnded() {
   SetState(SocketState::Closing);
-  if (!Unsent_.empty()) {
-    UpdateWatch();
-  } else if (Events_.DataArrival) {
-    ReleaseHandle();
+  if (Unsent_.empty()) {
+    LetGo();
   } else {
-    // Nobody has read what the peer sent before its end.
-    Unwatch();
-    Layer_.Lingering.Add(std::exchange(Handle_, SocketHandle::None), {});
+    UpdateWatch();
   }
   if (Events_.Close) Events_.Close(Index_);
 }
 
+void TcpSocket::LetGo() {
+  if (Events_.DataArrival) {
+    ReleaseHandle();
+    return;
+  }
+  // Nobody has read what the peer sent before its end.
+  Unwatch();
+  Layer_.Lingering.Add(std::exchange(Handle_, SocketHandle::None), {});
+}
+
 void TcpSocket::Break(int error) {
   BrokenBy_ = 0;
-  SendCompletePending_ = false;
+  // What had left before the connection broke is complete all the same.
+  if (!Unsent_.empty()) SendCompletePending_ = false;
   Unsent_.clear();
   SetState(SocketState::Error);
   ReleaseHandle();
+  PostSendComplete();
   if (Events_.Error) Events_.Error(Index_, {error, DescriptionOf(error)});
 }
 

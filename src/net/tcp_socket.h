@@ -90,8 +90,11 @@ class TcpSocket final : public Socket,
   void FinishConnecting();
   void ReadWaiting();
   void PeerEnded();
+  void SendRest();
+  void LetGo();
   void Break(int error);
   void Flush();
+  void PostSendComplete();
   void UpdateWatch();
   void Unwatch();
   void ReleaseHandle();

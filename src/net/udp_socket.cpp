@@ -11,8 +11,13 @@ UdpSocket::~UdpSocket() {
 
 void UdpSocket::Bind() {
   if (State_ != SocketState::Closed) throw RuntimeError(error_number::BadProtocolOrState);
+  Open(LocalPort_);
+}
+
+void UdpSocket::Open(std::int32_t port) {
   Handle_ = Layer_.OpenOnPort(
-      LocalPort_, [this](std::uint16_t port) { return Layer_.System.OpenDatagram(port); });
+      port, [this](std::uint16_t each) { return Layer_.System.OpenDatagram(each); });
+  LocalPort_ = port;
   State_ = SocketState::Open;
   if (!Batch_) Batch_ = Layer_.System.MakeDatagramBatch();
   Layer_.Loop.Watch(Handle_, {.Read = true}, *this);
@@ -20,12 +25,15 @@ void UdpSocket::Bind() {
 
 void UdpSocket::Close() {
   if (State_ == SocketState::Closed) return;
+  SendQueued();
   Layer_.Loop.Unwatch(Handle_);
   Layer_.System.Close(Handle_);
   Handle_ = SocketHandle::None;
   State_ = SocketState::Closed;
+  PostedEvent::Unlink();
   Waiting_ = {};
   Present_ = nullptr;
+  ++Closings_;
 }
 
 void UdpSocket::OnReady(Readiness) {
@@ -37,9 +45,17 @@ void UdpSocket::OnReady(Readiness) {
 }
 
 void UdpSocket::Deliver() {
+  HandOutWaiting();
+  SendQueued();
+}
+
+void UdpSocket::HandOutWaiting() {
+  const unsigned closings = Closings_;
   while (!Waiting_.empty()) {
     const Datagram &datagram = Waiting_.front();
     Waiting_ = Waiting_.subspan(1);
+    // The system doesn't know of those any more, but a pass inside the handler shall.
+    if (!Waiting_.empty()) Layer_.Loop.Post(*this);
     if (IsHeldBack(datagram)) continue;
     const Datagram *outer = Present_;
     const bool outer_read = PresentRead_;
@@ -50,10 +66,12 @@ void UdpSocket::Deliver() {
       Layer_.Loop.Dispatch(
           [&] { OnDataArrival(static_cast<std::int32_t>(datagram.Bytes.size())); });
     }
-    if (State_ == SocketState::Closed || Layer_.Loop.IsQuitting()) return;
+    // A handler that opened the socket anew has made an end of this batch as well.
+    if (Closings_ != closings || Layer_.Loop.IsQuitting()) return;
     Present_ = outer;
     PresentRead_ = outer_read;
   }
+  PostedEvent::Unlink();
 }
 
 bool UdpSocket::IsHeldBack(const Datagram &datagram) {
@@ -82,6 +100,8 @@ std::string UdpSocket::GetText() {
 }
 
 Endpoint UdpSocket::Destination() {
+  // Most sends are answers to the peer at hand, whose address need not be read from its text.
+  if (Present_ != nullptr && RemoteHost_ == RemoteHostIP()) return Remote_;
   const std::optional<Ipv4Address> address = Layer_.Names.Find(RemoteHost_);
   if (!address) throw RuntimeError(error_number::HostNotFound);
   return {*address, Remote_.Port};
@@ -89,11 +109,25 @@ Endpoint UdpSocket::Destination() {
 
 void UdpSocket::SendData(std::span<const std::uint8_t> bytes) {
   const Endpoint to = Destination();
-  if (State_ == SocketState::Closed) Bind();
-  const bool is_answer = Present_ != nullptr && Present_->Sender == to;
+  if (State_ == SocketState::Closed) Open(0);
+  SendQueued();
   const int error =
-      Layer_.System.SendTo(Handle_, bytes, to, is_answer ? Present_->LocalAddress : 0);
+      Layer_.System.SendTo(Handle_, bytes, to, IsAnswer(to) ? Present_->LocalAddress : 0);
   if (error != 0) throw RuntimeError(error);
+}
+
+void UdpSocket::SendAnswer(std::span<const std::uint8_t> bytes) {
+  const Endpoint to = Destination();
+  if (!IsAnswer(to) || bytes.size() > AnswerQueue::LongestAnswer) {
+    SendData(bytes);
+    return;
+  }
+  if (Queued_.IsFull()) SendQueued();
+  Queued_.Add(bytes, to, Present_->LocalAddress);
+}
+
+void UdpSocket::SendQueued() {
+  if (!Queued_.IsEmpty()) Queued_.SendAll(Layer_.System, Handle_);
 }
 
 void UdpSocket::SendText(std::string_view text) {

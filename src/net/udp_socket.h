@@ -9,12 +9,13 @@
 #include <string>
 
 #include "base/failure_modes.h"
+#include "net/answer_queue.h"
 #include "net/loop_guard.h"
 #include "net/socket.h"
 
 namespace cvl {
 
-class UdpSocket final : public Socket, private ReadyHandler {
+class UdpSocket final : public Socket, private ReadyHandler, private PostedEvent {
  public:
   explicit UdpSocket(SocketLayer &layer) : Socket(layer) {}
   ~UdpSocket() override;
@@ -33,27 +34,40 @@ class UdpSocket final : public Socket, private ReadyHandler {
   std::string GetText();
 
   /// Sends one datagram to the remote host and port. An answer to the datagram at hand
-  /// leaves from the address that it was sent to. A socket that was never opened takes a
-  /// free port first. Raises the socket's failure; 11001 for a name that has no fresh
+  /// leaves from the address that it was sent to. A socket that isn't open takes a free
+  /// port first, whatever local port it was set to: that one may be what could not be
+  /// had. Raises the socket's failure; 11001 for a name that has no fresh
   /// answer.
   void SendData(std::span<const std::uint8_t> bytes);
   void SendText(std::string_view text);
 
+  /// Sends an answer to the datagram at hand as SendData does, but together with those to
+  /// the other datagrams that came with it, when all of them have been handled. A failure
+  /// of the system comes too late to be raised, and nobody hears of it.
+  void SendAnswer(std::span<const std::uint8_t> bytes);
+
  private:
   void OnReady(Readiness readiness) override;
+  void OnPosted() override { Deliver(); }
   void Deliver();
+  void HandOutWaiting();
+  void SendQueued();
+  void Open(std::int32_t port);
   bool IsHeldBack(const Datagram &datagram);
   const Datagram &Present() const;
   Endpoint Destination();
+  bool IsAnswer(Endpoint to) const { return Present_ != nullptr && Present_->Sender == to; }
 
   std::unique_ptr<DatagramBatch> Batch_;
   std::unique_ptr<LoopGuard> Guard_;
+  AnswerQueue Queued_;
 
   // The batch being handed out. A pass inside a handler goes on with the same batch, so
   // that datagrams keep their order and their buffers.
   std::span<const Datagram> Waiting_;
   const Datagram *Present_ = nullptr;
   bool PresentRead_ = false;
+  unsigned Closings_ = 0;  // tells one opening from the next
 };
 
 }  // namespace cvl

@@ -5,6 +5,9 @@
 namespace cvl {
 
 bool IsSettable(const SystemTime &moment) {
+  // The calendar's own types are too narrow for these fields and would wrap.
+  constexpr int LastYear = 30827;
+  if (moment.Year > LastYear || moment.Month > 12 || moment.Day > 31) return false;
   const std::chrono::year_month_day date{std::chrono::year{moment.Year},
                                          std::chrono::month{moment.Month},
                                          std::chrono::day{moment.Day}};

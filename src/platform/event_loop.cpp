@@ -61,6 +61,12 @@ void EventLoop::RunOnePass() {
   if (Depth_ == 0 && !Running_ && !Posted_.IsEmpty()) Kick();
 }
 
+void EventLoop::Post(PostedEvent &event) {
+  Posted_.PushBack(event);
+  // Outside of all passes nobody comes back by himself.
+  if (Depth_ == 0 && !Running_) Kick();
+}
+
 void EventLoop::Pass(Waiting waiting) {
   const Deeper deeper(Depth_);
   IntrusiveList<PostedEvent, PostedTag> posted;

@@ -136,7 +136,7 @@ class EventLoop {
   bool IsQuitting() const { return Quitting_; }
 
   /// Runs EVENT in a pass that begins later than now; once, however often it is posted.
-  void Post(PostedEvent &event) { Posted_.PushBack(event); }
+  void Post(PostedEvent &event);
 
   /// Has WORK settled behind the present event, or when the next nested pass begins.
   void SettleLater(Unsettled &work) { Unsettled_.PushBack(work); }
@@ -148,10 +148,10 @@ class EventLoop {
     if (Quitting_) return;
     try {
       handler();
+      Settle(SettlePoint::EndOfEvent);
     } catch (const RuntimeError &error) {
       Fatal(error);
     }
-    Settle(SettlePoint::EndOfEvent);
   }
 
   /// Takes up loose ends now. Whoever runs handlers outside of a pass calls it.

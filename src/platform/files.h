@@ -14,6 +14,16 @@ namespace cvl {
 /// What to do about a file that isn't there.
 enum class IfMissing { Fail, Create };
 
+/// A file that stays open for writing. Destroying it closes it.
+class OutputFile {
+ public:
+  virtual ~OutputFile() = default;
+
+  /// Writes at the present position, which is at first the beginning of the file. Returns 0,
+  /// or the number of the failure.
+  [[nodiscard]] virtual int Write(std::string_view bytes) = 0;
+};
+
 class Files {
  public:
   virtual ~Files() = default;
@@ -33,6 +43,11 @@ class Files {
 
   /// Opens a file for reading. Raises 53 when there is none, 70 when it can't be read.
   virtual std::unique_ptr<std::istream> OpenForInput(const std::string &path) const = 0;
+
+  /// Opens a file for writing from its beginning, and makes it if there is none. Nothing is
+  /// cut off: what is written over a longer file leaves that one's tail behind it. Raises 53
+  /// when the directory is missing, 70 when the file can't be written.
+  virtual std::unique_ptr<OutputFile> OpenForBinary(const std::string &path) = 0;
 
   /// Opens a file, writes BYTES to its end and closes it: three system calls. Returns 0, or
   /// the number of the failure; 53 when the file or its directory is missing.

@@ -55,6 +55,12 @@ class Network {
     int Error = 0;
     std::size_t Bytes = 0;
   };
+  /// A datagram to be sent, in the words of SendTo.
+  struct Outgoing {
+    std::span<const std::uint8_t> Bytes;
+    Endpoint To;
+    Ipv4Address From = 0;
+  };
 
   virtual ~Network() = default;
 
@@ -87,6 +93,14 @@ class Network {
   /// the one that the routing table chooses.
   [[nodiscard]] virtual int SendTo(SocketHandle socket, std::span<const std::uint8_t> bytes,
                                    Endpoint to, Ipv4Address from) = 0;
+
+  /// Sends several datagrams in their order. Those that fail are lost, and nobody hears
+  /// of it.
+  virtual void SendAll(SocketHandle socket, std::span<const Outgoing> datagrams) {
+    for (const Outgoing &each : datagrams) {
+      static_cast<void>(SendTo(socket, each.Bytes, each.To, each.From));
+    }
+  }
 
   /// Ends our own stream behind what was sent; the peer's may go on.
   virtual void FinishSending(SocketHandle socket) = 0;

@@ -3,13 +3,18 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "platform/clock.h"
 #include "platform/desktop.h"
 #include "platform/event_loop.h"
 #include "platform/files.h"
 #include "platform/host.h"
+#include "platform/message_box.h"
 #include "platform/network.h"
+#include "platform/program_starter.h"
+#include "platform/registry_store.h"
 #include "platform/resolver.h"
 #include "platform/service_host.h"
 #include "platform/shell.h"
@@ -27,6 +32,9 @@ struct Platform {
   ServiceHost &CVLService;
   Shell &Tray;
   Desktop &Screen;
+  RegistryStore &Store;
+  MessageBoxes &Boxes;
+  ProgramStarter &Programs;
 };
 
 /// The system that this program was built for.
@@ -40,6 +48,12 @@ class NativePlatform {
   NativePlatform &operator=(const NativePlatform &) = delete;
 
   Platform Interfaces();
+
+  /// What keeps the settings from being read, in one line; empty when nothing does.
+  std::string SettingsObstacle() const;
+
+  /// Shows TEXT where standard error is a terminal, and nothing where it isn't.
+  void ShowAtTerminal(std::string_view text) const;
 
  private:
   struct Parts;

@@ -46,6 +46,10 @@ class ServiceHost {
 
   /// Connects the process to the service manager; the events come from here on.
   virtual void StartService() = 0;
+
+  /// Says in one line what the service is at, for whoever asks its manager. Where there is
+  /// no manager that would listen, nothing happens.
+  virtual void ReportStatus(std::string_view text) { static_cast<void>(text); }
 };
 
 }  // namespace cvl

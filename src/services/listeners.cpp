@@ -18,6 +18,14 @@ std::int16_t PortOf(const Service &service) {
   return ToInteger(Val(service.PortBox.Text()));
 }
 
+bool IsCode(std::string_view code) {
+  return code.size() == 1 && code[0] >= '0' && code[0] <= '9';
+}
+
+std::size_t PlaceOf(std::string_view code) {
+  return static_cast<std::size_t>(code[0] - '0');
+}
+
 }  // namespace
 
 Listeners::Listeners(ServiceTable &services, RunState &state, MainWindow &window)
@@ -31,7 +39,16 @@ void Listeners::LoadServers(std::string_view code) {
       if (code == service->UdpCode) OpenUdp(*service, code, port);
     }
   });
+  Remember(code, failure.Number);
   if (failure.Number == error_number::AddressInUse) ReportTakenPort(code, port);
+}
+
+void Listeners::Remember(std::string_view code, int failure) {
+  if (IsCode(code)) Openings_[PlaceOf(code)] = failure;
+}
+
+std::optional<int> Listeners::LastOpening(std::string_view code) const {
+  return IsCode(code) ? Openings_[PlaceOf(code)] : std::nullopt;
 }
 
 void Listeners::OpenTcp(const Service &service, std::int16_t &port) {

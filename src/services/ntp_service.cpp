@@ -147,8 +147,11 @@ void NtpService::GrabTCP123(const NtpPacket &data_struc, const std::optional<Ntp
     }
   } else {
     if (!Context_.State.Flags.TimeSynced) return;
-    Context_.Sockets.UDP123.SetRemoteHost(Trim(mode_ip));
-    if (!mode.Step([&] { Context_.Sockets.UDP123.SendData(reply); })) return;
+    UdpSocket &socket = Context_.Sockets.UDP123;
+    socket.SetRemoteHost(Trim(mode_ip));
+    // Only in a run with a window does anything depend on how the sending went.
+    const bool heeded = Context_.State.Flags.Interactive;
+    if (!mode.Step([&] { heeded ? socket.SendData(reply) : socket.SendAnswer(reply); })) return;
   }
   mode.Step([&] { Context_.Texts.StatusUp(); });
 }

@@ -12,6 +12,6 @@ ServiceSockets::ServiceSockets(SocketLayer &layer)
       UDP37(layer),
       UDP123(layer),
       UDP3777(layer),
-      UDP519(layer, UDP519Events_) {}
+      UDP519(layer, UDP519Events) {}
 
 }  // namespace cvl

@@ -23,6 +23,8 @@ class ServiceSockets {
   UdpSocket UDP37;
   UdpSocket UDP123;
   UdpSocket UDP3777;
+  /// The events of UDP519, none of which ever comes.
+  TcpEvents UDP519Events;
   /// A stream socket despite its name: it takes its port and never hears of a datagram. So
   /// the UDP half of the Unix time service is dead, and its box is off by default.
   TcpSocket UDP519;
@@ -34,9 +36,6 @@ class ServiceSockets {
   std::int16_t InitTCP123() { return TCP123.FindFree(); }
   std::int16_t InitTCP519() { return TCP519.FindFree(); }
   std::int16_t InitTCP3777() { return TCP3777.FindFree(); }
-
- private:
-  TcpEvents UDP519Events_;  // it has none
 };
 
 /// Accepts a connection on a slot from INIT, whose local port is set to 0 first. Returns the

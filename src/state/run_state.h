@@ -84,6 +84,7 @@ struct StartTexts {
   std::string LocalHostName;
   std::string LocalIP;
   std::string OSUserName;
+  std::string MakerHost{};  ///< the maker's web server
 };
 
 /// Texts on their way to the window.

@@ -1,7 +1,6 @@
 #include "status/request_log.h"
 
-#include <cstdio>
-
+#include "base/date_patterns.h"
 #include "base/failure_modes.h"
 
 namespace cvl {
@@ -12,12 +11,6 @@ constexpr const char *Fields =
     "#Fields: date time c-ip cs-username s-sitename s-computername s-ip cs-method cs-uri-stem "
     "cs-uri-query sc-status sc-win32-status sc-bytes cs-bytes time-taken s-port cs-version "
     "cs(User-Agent) cs(Cookie) cs(Referer)";
-
-/// NUMBER in two digits.
-void AppendTwo(std::string &text, int number) {
-  text += static_cast<char>('0' + number / 10 % 10);
-  text += static_cast<char>('0' + number % 10);
-}
 
 std::int32_t RequestSize(std::string_view bytes_d, std::int32_t sent_b, std::string_view cvl_code,
                          std::int32_t i_byte_tot) {
@@ -45,18 +38,14 @@ void RequestLog::CVLWLOG(std::string_view bytes_d, std::string_view request_ip, 
     const CivilTime time = PartsOf(Time_.Now());
     std::string line;
     line.reserve(192);
-    AppendTwo(line, date.Year / 100);
-    AppendTwo(line, date.Year % 100);
+    AppendTwoDigits(line, date.Year / 100);
+    AppendTwoDigits(line, date.Year % 100);
     line += '-';
-    AppendTwo(line, date.Month);
+    AppendTwoDigits(line, date.Month);
     line += '-';
-    AppendTwo(line, date.Day);
+    AppendTwoDigits(line, date.Day);
     line += ' ';
-    AppendTwo(line, time.Hour);
-    line += ':';
-    AppendTwo(line, time.Minute);
-    line += ':';
-    AppendTwo(line, time.Second);
+    AppendTime(line, time);
     line += ' ';
     line += request_ip;
     line += " - CVLS5 ";
@@ -93,9 +82,9 @@ std::string RequestLog::FileName() {
   std::string path = Directory_;
   path += Files_.Separator();
   path += "CVLS";
-  AppendTwo(path, day);
-  AppendTwo(path, month);
-  AppendTwo(path, year % 100);
+  AppendTwoDigits(path, day);
+  AppendTwoDigits(path, month);
+  AppendTwoDigits(path, year % 100);
   path += ".LOG";
   return path;
 }

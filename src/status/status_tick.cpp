@@ -1,29 +1,25 @@
 #include "status/status_tick.h"
 
-#include <array>
 #include <cstdio>
+#include <string_view>
 
+#include "base/date_patterns.h"
 #include "time/base_dates.h"
 
 namespace cvl {
 
 namespace {
 
-constexpr std::array<const char *, 12> Months = {"JANUARY",   "FEBRUARY", "MARCH",    "APRIL",
-                                                 "MAY",       "JUNE",     "JULY",     "AUGUST",
-                                                 "SEPTEMBER", "OCTOBER",  "NOVEMBER", "DECEMBER"};
-constexpr std::array<const char *, 7> Weekdays = {"SUN", "MON", "TUE", "WED", "THU", "FRI", "SAT"};
-
-/// "OCTOBER 3 2002 "
-std::string DateText(DateTime moment) {
-  const CivilTime parts = PartsOf(moment);
-  return std::string(Months[static_cast<std::size_t>(parts.Month - 1)]) + " " +
-         std::to_string(parts.Day) + " " + std::to_string(parts.Year) + " ";
+std::string Capitals(std::string_view name) {
+  std::string text(name);
+  for (char &letter : text) {
+    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
+  }
+  return text;
 }
 
 /// "05:25:40 PM"
-std::string TimeText(DateTime moment) {
-  const CivilTime parts = PartsOf(moment);
+std::string TimeText(const CivilTime &parts) {
   char text[40];
   std::snprintf(text, sizeof text, "%02d:%02d:%02d %s", parts.Hour % 12 == 0 ? 12 : parts.Hour % 12,
                 parts.Minute, parts.Second, parts.Hour < 12 ? "AM" : "PM");
@@ -60,10 +56,23 @@ void StatusTick::KeepBaseDates() {
 
 void StatusTick::ShowClock() {
   const DateTime utc = Time_.Now().Plus(Time_.GrabBias() / SecondsPerDay);
-  const std::string weekday = Weekdays[static_cast<std::size_t>(PartsOf(Time_.Now()).DayOfWeek)];
-  Window_.svrCurrent.SetText("   " + weekday + " " + DateText(Time_.Now()) + TimeText(Time_.Now()) +
-                             "\r\n   UTC " + DateText(utc) + TimeText(utc) +
-                             "\r\n   Chronvale Server 5100");
+  const CivilTime utc_parts = PartsOf(utc);
+  // Each part of the first line reads the clock for itself, so a second, and with it a day
+  // or a year, may turn over in between.
+  std::string text = "   ";
+  text += Capitals(WeekdayName(PartsOf(Time_.Now())).substr(0, 3));
+  text += ' ';
+  text += Capitals(MonthName(PartsOf(Time_.Now())));
+  text += ' ';
+  text += std::to_string(PartsOf(Time_.Now()).Day);
+  text += ' ';
+  text += std::to_string(PartsOf(Time_.Now()).Year);
+  text += ' ';
+  text += TimeText(PartsOf(Time_.Now()));
+  text += "\r\n   UTC " + Capitals(MonthName(utc_parts)) + " ";
+  text += std::to_string(utc_parts.Day) + " " + std::to_string(utc_parts.Year) + " ";
+  text += TimeText(utc_parts) + "\r\n   Chronvale Server 5100";
+  Window_.svrCurrent.SetText(text);
 }
 
 }  // namespace cvl

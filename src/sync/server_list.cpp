@@ -36,7 +36,11 @@ void ServerList::ReadServer(std::int32_t slot, const std::string &line) {
 
 void ServerList::ChooseSelected() {
   ContinueOnFailure mode;
-  mode.Step([&] { CurrentServer = Host(Window_.Servers.Selected()); });
+  mode.Step([&] {
+    const std::int32_t item = Window_.Servers.Selected();
+    static_cast<void>(Window_.Servers.At(item));
+    CurrentServer = Host(item);
+  });
 }
 
 const std::string &ServerList::Host(std::int32_t slot) const {

@@ -31,6 +31,7 @@ class ServerList {
   void Read(std::istream &file);
 
   /// A click on the box: the next exchange goes to the host of the selected item's number.
+  /// Failures: continue; with no item selected nothing changes.
   void ChooseSelected();
 
   /// The host of a slot, 0 to 300; slot 0 is always empty. Raises 9 outside.

@@ -45,6 +45,10 @@ class TcpTime {
   std::string StandardZoneName;
   std::string DaylightZoneName;
 
+  /// The name of the zone that the last answer was put into. Nothing in this program reads
+  /// it.
+  const std::string &SyncZoneName() const { return SyncZoneName_; }
+
  private:
   void OnDataArrival();
   void OnClose();

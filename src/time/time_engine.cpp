@@ -36,7 +36,10 @@ NtpTimestamp TimeEngine::StampFrom(DateTime base) {
   const double seconds = SecondsSince(base);
   SystemTime local;
   GrabLocalTime(local);
-  return EncodeTimestamp(seconds, local.Milliseconds);
+  if (seconds != Last_.Seconds || local.Milliseconds != Last_.Milliseconds) {
+    Last_ = {seconds, local.Milliseconds, EncodeTimestamp(seconds, local.Milliseconds)};
+  }
+  return Last_.Bytes;
 }
 
 NtpTimestamp TimeEngine::GrabTime() {

@@ -54,10 +54,18 @@ class TimeEngine {
  private:
   NtpTimestamp StampFrom(DateTime base);
 
+  // The last stamp and what it was made of. A busy server takes many in a millisecond.
+  struct Stamp {
+    double Seconds = -1;
+    int Milliseconds = -1;
+    NtpTimestamp Bytes{};
+  };
+
   Clock &Clock_;
   const BaseDates &Dates_;
   ZoneState &Zone_;
   TextBox &SvrCurrent_;
+  Stamp Last_;
 };
 
 }  // namespace cvl

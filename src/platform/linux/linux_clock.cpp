@@ -66,8 +66,9 @@ void LinuxClock::TurnSecond(std::time_t second) {
   Second_ = second;
   const std::int32_t bias =
       Zone_.Period == ZonePeriod::Daylight ? Zone_.Bias + Zone_.DaylightBias : Zone_.Bias;
-  LocalSecond_ = second - bias * 60L;
-  Local_ = FieldsOf(LocalSecond_);
+  const std::time_t local_second = second - bias * 60L;
+  Now_ = DateTime{static_cast<double>(local_second) / SecondsPerDay + DaysTo1970};
+  Local_ = FieldsOf(local_second);
 }
 
 void LinuxClock::LearnZone(std::time_t second) {
@@ -75,13 +76,11 @@ void LinuxClock::LearnZone(std::time_t second) {
   tzset();
   tm local{};
   localtime_r(&second, &local);
-  struct stat file {};
-  if (stat("/etc/localtime", &file) != 0) file = {};
-  const bool same_file =
-      file.st_mtim.tv_sec == Year_.FileChanged && file.st_ino == Year_.FileNumber;
-  if (local.tm_year + 1900 != Year_.Number || !same_file) {
-    Year_.FileChanged = file.st_mtim.tv_sec;
-    Year_.FileNumber = file.st_ino;
+  struct stat status {};
+  if (stat("/etc/localtime", &status) != 0) status = {};
+  const ZoneFile file{status.st_dev, status.st_ino, status.st_mtim.tv_sec};
+  if (local.tm_year + 1900 != Year_.Number || file != File_) {
+    File_ = file;
     LearnYear(second, local.tm_year + 1900);
   }
 
@@ -106,12 +105,8 @@ void LinuxClock::LearnZone(std::time_t second) {
 }
 
 void LinuxClock::LearnYear(std::time_t second, int year) {
-  const std::time_t file_changed = Year_.FileChanged;
-  const unsigned long file_number = Year_.FileNumber;
   Year_ = Year{};
   Year_.Number = year;
-  Year_.FileChanged = file_changed;
-  Year_.FileNumber = file_number;
 
   // The zone database can't be asked for its changes, only for moments: one a day of the
   // year. Daylight times shorter than that don't exist.
@@ -144,7 +139,7 @@ void LinuxClock::LearnYear(std::time_t second, int year) {
 
 DateTime LinuxClock::Now() {
   Read();
-  return DateTime{static_cast<double>(LocalSecond_) / SecondsPerDay + DaysTo1970};
+  return Now_;
 }
 
 SystemTime LinuxClock::GetLocalTime() {

@@ -30,15 +30,23 @@ class LinuxClock final : public Clock {
 
   // The second of the last reading, and what belongs to it.
   std::time_t Second_ = -1;
-  std::time_t LocalSecond_ = 0;
+  DateTime Now_;
   SystemTime Local_;
   TimeZoneInformation Zone_;
 
-  // What the zone database says of the present year, by which zone file.
+  // By which the zone file is known to be the same.
+  struct ZoneFile {
+    unsigned long Device = 0;
+    unsigned long Number = 0;
+    std::time_t Changed = -1;
+
+    friend bool operator==(const ZoneFile &, const ZoneFile &) = default;
+  };
+  ZoneFile File_;
+
+  // What the zone database says of the present year.
   struct Year {
     int Number = 0;
-    std::time_t FileChanged = -1;
-    unsigned long FileNumber = 0;
     bool HasDaylight = false;
     bool HasStandard = false;
     long StandardOffset = 0;  ///< seconds east of UTC outside daylight time

@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -24,6 +25,37 @@ Ipv4Address DestinationOf(const msghdr &message) {
   // answered from; ipi_addr would be the group's.
   return ntohl(info.ipi_spec_dst.s_addr);
 }
+
+/// What the kernel wants to know of a datagram that leaves from an address of choice.
+class Message {
+ public:
+  /// Describes DATAGRAM in HEADER, which points into this object and to the bytes.
+  void Describe(const Network::Outgoing &datagram, msghdr &header) {
+    Address_ = ToSystem(datagram.To);
+    Vector_ = {const_cast<std::uint8_t *>(datagram.Bytes.data()), datagram.Bytes.size()};
+    header = {};
+    header.msg_name = &Address_;
+    header.msg_namelen = sizeof Address_;
+    header.msg_iov = &Vector_;
+    header.msg_iovlen = 1;
+    if (datagram.From == 0) return;
+    Control_ = {};
+    header.msg_control = Control_.data();
+    header.msg_controllen = Control_.size();
+    cmsghdr *control = CMSG_FIRSTHDR(&header);
+    control->cmsg_level = IPPROTO_IP;
+    control->cmsg_type = IP_PKTINFO;
+    control->cmsg_len = CMSG_LEN(sizeof(in_pktinfo));
+    in_pktinfo info{};
+    info.ipi_spec_dst.s_addr = htonl(datagram.From);
+    std::memcpy(CMSG_DATA(control), &info, sizeof info);
+  }
+
+ private:
+  sockaddr_in Address_;
+  iovec Vector_;
+  alignas(cmsghdr) std::array<std::uint8_t, CMSG_SPACE(sizeof(in_pktinfo))> Control_;
+};
 
 int Result(ssize_t sent, const char *operation) {
   if (sent >= 0) return 0;
@@ -48,31 +80,27 @@ Endpoint FromSystem(const sockaddr_in &address) {
 
 int SendDatagram(int descriptor, std::span<const std::uint8_t> bytes, Endpoint to,
                  Ipv4Address from) {
-  sockaddr_in address = ToSystem(to);
-  if (from == 0) {
-    return Result(sendto(descriptor, bytes.data(), bytes.size(), 0,
-                         reinterpret_cast<const sockaddr *>(&address), sizeof address),
-                  "sendto");
+  Message message;
+  msghdr header;
+  message.Describe({bytes, to, from}, header);
+  return Result(sendmsg(descriptor, &header, 0), "sendmsg");
+}
+
+void SendDatagrams(int descriptor, std::span<const Network::Outgoing> datagrams) {
+  constexpr std::size_t MostAtOnce = 16;
+  while (!datagrams.empty()) {
+    std::array<Message, MostAtOnce> messages;
+    std::array<mmsghdr, MostAtOnce> headers;
+    const std::size_t count = std::min(datagrams.size(), MostAtOnce);
+    for (std::size_t at = 0; at < count; ++at) {
+      messages[at].Describe(datagrams[at], headers[at].msg_hdr);
+    }
+    const int sent = sendmmsg(descriptor, headers.data(), static_cast<unsigned>(count), 0);
+    // It stops at a failure and tells of it only when it is the first datagram's, which is
+    // passed over.
+    static_cast<void>(Result(sent, "sendmmsg"));
+    datagrams = datagrams.subspan(sent > 0 ? static_cast<std::size_t>(sent) : 1);
   }
-  struct alignas(cmsghdr) {
-    std::array<std::uint8_t, CMSG_SPACE(sizeof(in_pktinfo))> Bytes;
-  } control{};
-  iovec vector{const_cast<std::uint8_t *>(bytes.data()), bytes.size()};
-  msghdr message{};
-  message.msg_name = &address;
-  message.msg_namelen = sizeof address;
-  message.msg_iov = &vector;
-  message.msg_iovlen = 1;
-  message.msg_control = control.Bytes.data();
-  message.msg_controllen = control.Bytes.size();
-  cmsghdr *header = CMSG_FIRSTHDR(&message);
-  header->cmsg_level = IPPROTO_IP;
-  header->cmsg_type = IP_PKTINFO;
-  header->cmsg_len = CMSG_LEN(sizeof(in_pktinfo));
-  in_pktinfo info{};
-  info.ipi_spec_dst.s_addr = htonl(from);
-  std::memcpy(CMSG_DATA(header), &info, sizeof info);
-  return Result(sendmsg(descriptor, &message, 0), "sendmsg");
 }
 
 LinuxDatagramBatch::LinuxDatagramBatch() : Bytes_(new std::uint8_t[Most * Stride]) {

@@ -19,6 +19,9 @@ Endpoint FromSystem(const sockaddr_in &address);
 [[nodiscard]] int SendDatagram(int descriptor, std::span<const std::uint8_t> bytes, Endpoint to,
                                Ipv4Address from);
 
+/// Sends several, as Network::SendAll tells.
+void SendDatagrams(int descriptor, std::span<const Network::Outgoing> datagrams);
+
 class LinuxDatagramBatch final : public DatagramBatch {
  public:
   LinuxDatagramBatch();

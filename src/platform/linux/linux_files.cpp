@@ -31,6 +31,26 @@ int Failed(const char *operation) {
   return FileErrorOf(error);
 }
 
+class LinuxOutputFile final : public OutputFile {
+ public:
+  explicit LinuxOutputFile(int file) : File_(file) {}
+  ~LinuxOutputFile() override { close(File_); }
+  LinuxOutputFile(const LinuxOutputFile &) = delete;
+  LinuxOutputFile &operator=(const LinuxOutputFile &) = delete;
+
+  [[nodiscard]] int Write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      const ssize_t written = write(File_, bytes.data(), bytes.size());
+      if (written < 0) return Failed("write");
+      bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return 0;
+  }
+
+ private:
+  int File_;
+};
+
 }  // namespace
 
 LinuxFiles::LinuxFiles() {
@@ -60,6 +80,12 @@ std::unique_ptr<std::istream> LinuxFiles::OpenForInput(const std::string &path) 
   auto file = std::make_unique<std::ifstream>(path, std::ios::binary);
   if (!file->is_open()) throw RuntimeError(Failed("open"));
   return file;
+}
+
+std::unique_ptr<OutputFile> LinuxFiles::OpenForBinary(const std::string &path) {
+  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+  if (file < 0) throw RuntimeError(Failed("open"));
+  return std::make_unique<LinuxOutputFile>(file);
 }
 
 int LinuxFiles::Append(const std::string &path, std::string_view bytes, IfMissing if_missing) {

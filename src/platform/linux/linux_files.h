@@ -15,6 +15,7 @@ class LinuxFiles final : public Files {
   bool Exists(const std::string &path) const override;
   std::optional<std::int64_t> Length(const std::string &path) const override;
   std::unique_ptr<std::istream> OpenForInput(const std::string &path) const override;
+  std::unique_ptr<OutputFile> OpenForBinary(const std::string &path) override;
   [[nodiscard]] int Append(const std::string &path, std::string_view bytes,
                            IfMissing if_missing) override;
   [[nodiscard]] int MakeDirectory(const std::string &path) override;

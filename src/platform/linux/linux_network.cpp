@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include "base/runtime_error.h"
 #include "platform/linux/error_table.h"
@@ -71,7 +72,7 @@ LinuxNetwork::~LinuxNetwork() {
 }
 
 void LinuxNetwork::OpenSpare() {
-  Spare_ = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  if (Spare_ < 0) Spare_ = open("/dev/null", O_RDONLY | O_CLOEXEC);
 }
 
 Network::Opened LinuxNetwork::OpenDatagram(std::uint16_t port) {
@@ -106,14 +107,16 @@ Network::Accepted LinuxNetwork::Accept(SocketHandle listener) {
 
 Network::Accepted LinuxNetwork::DropForLackOfDescriptors(int listener) {
   TraceFailure("accept", EMFILE);
-  if (Spare_ >= 0) close(Spare_);
+  if (Spare_ >= 0) close(std::exchange(Spare_, -1));
   const int dropped = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
   const int error = errno;
   if (dropped >= 0) close(dropped);
   OpenSpare();
-  // Nothing was waiting any more: the connection had gone meanwhile.
-  if (dropped < 0 && error == EAGAIN) return {error_number::WouldBlock, SocketHandle::None, {}};
-  return {error_number::TooManyDescriptors, SocketHandle::None, {}};
+  if (dropped >= 0) return {error_number::TooManyDescriptors, SocketHandle::None, {}};
+  // There was no reserve, and the connection waits still: no room at all for the moment.
+  if (error == EMFILE || error == ENFILE) return {error_number::NoBuffers, SocketHandle::None, {}};
+  // The connection had gone meanwhile, or something else is wrong with it.
+  return {SocketErrorOf(error), SocketHandle::None, {}};
 }
 
 Network::Opened LinuxNetwork::Connect(Endpoint peer) {
@@ -156,12 +159,18 @@ int LinuxNetwork::SendTo(SocketHandle socket, std::span<const std::uint8_t> byte
   return SendDatagram(Descriptor(socket), bytes, to, from);
 }
 
+void LinuxNetwork::SendAll(SocketHandle socket, std::span<const Outgoing> datagrams) {
+  SendDatagrams(Descriptor(socket), datagrams);
+}
+
 void LinuxNetwork::FinishSending(SocketHandle socket) {
   if (shutdown(Descriptor(socket), SHUT_WR) != 0) TraceFailure("shutdown", errno);
 }
 
 void LinuxNetwork::Close(SocketHandle socket) {
   if (close(Descriptor(socket)) != 0) TraceFailure("close", errno);
+  // Another thread may have taken the reserve while it was given up.
+  OpenSpare();
 }
 
 std::unique_ptr<DatagramBatch> LinuxNetwork::MakeDatagramBatch() {

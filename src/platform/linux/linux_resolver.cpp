@@ -120,7 +120,7 @@ void LinuxResolver::OnReady(Readiness) {
     const std::vector<Answer> answers = std::move(waiting->second);
     Waiting_.erase(waiting);
     for (const Answer &answer : answers) {
-      answer(letter.Address);
+      Loop_.Dispatch([&] { answer(letter.Address); });
     }
   }
 }

@@ -4,22 +4,39 @@
 #include <syslog.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <csignal>
+#include <filesystem>
+#include <utility>
 
 #include "base/runtime_error.h"
-#include "platform/linux/error_table.h"
+#include "platform/linux/systemd_unit.h"
 
 namespace cvl {
 
 namespace {
 
-// The type of an event record that only informs.
+/// The name under which the records stand in the system log.
+constexpr const char *Identifier = "CVLServer";
+
+/// The type of an event record that only informs.
 constexpr int InformationType = 4;
+
+/// PATH from the root, as far as it exists without links; PATH itself if even that fails.
+std::string AbsolutePath(const std::string &path) {
+  std::error_code failure;
+  const std::filesystem::path absolute = std::filesystem::weakly_canonical(path, failure);
+  return failure ? path : absolute.string();
+}
 
 }  // namespace
 
-LinuxServiceHost::LinuxServiceHost(EventLoop &loop) : Loop_(loop) {
+LinuxServiceHost::LinuxServiceHost(EventLoop &loop, std::string program_directory,
+                                   std::string settings_file)
+    : Loop_(loop),
+      Manager_(loop),
+      ProgramDirectory_(std::move(program_directory)),
+      SettingsFile_(std::move(settings_file)),
+      UnitDirectory_(UnitDirectory()) {
   sigset_t signals;
   sigemptyset(&signals);
   for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGUSR2}) {
@@ -53,6 +70,7 @@ void LinuxServiceHost::OnSignal(int signal) {
       if (OnContinue) OnContinue(success);
       break;
     default:
+      Manager_.Stopping();
       if (OnStop) OnStop();
       break;
   }
@@ -63,23 +81,34 @@ void LinuxServiceHost::SaveSetting(std::string_view, std::string_view key, std::
 }
 
 bool LinuxServiceHost::Install() {
-  return false;
+  return InstallUnit({.Name = Definition.Name,
+                      .Description = Description_.empty() ? Definition.DisplayName : Description_,
+                      .StartsAutomatically = Definition.StartsAutomatically,
+                      .Executable = AbsolutePath("/proc/self/exe"),
+                      .ProgramDirectory = AbsolutePath(ProgramDirectory_),
+                      .SettingsFile = AbsolutePath(SettingsFile_)},
+                     UnitDirectory_);
 }
 
 bool LinuxServiceHost::Uninstall() {
-  return false;
+  return UninstallUnit(Definition.Name, UnitDirectory_);
 }
 
 void LinuxServiceHost::LogEvent(int type, int id, std::string_view text) {
-  openlog("CVLServer", 0, LOG_DAEMON);
+  openlog(Identifier, 0, LOG_DAEMON);
   syslog(type == InformationType ? LOG_INFO : LOG_ERR, "%d %d %.*s", type, id,
          static_cast<int>(text.size()), text.data());
   closelog();
 }
 
 void LinuxServiceHost::StartService() {
+  Manager_.Ready();
   bool success = false;
   if (OnStart) OnStart(success);
+}
+
+void LinuxServiceHost::ReportStatus(std::string_view text) {
+  Manager_.Status(text);
 }
 
 }  // namespace cvl
