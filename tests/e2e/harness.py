@@ -34,6 +34,11 @@ OTHER_PEER_ADDRESS = "10.77.0.3"
 NTP_EPOCH = 2208988800
 DEADLINE = 30.0
 
+# All five services on; servers are asked in their order.
+SETTINGS = ('"Settings"="NO:59:Minute/s:NA:36"', '"NTP37"="YES:YES:YES:37"',
+            '"SNTP123"="YES:YES:YES:123"', '"UNIX519"="YES:YES:NO:519"',
+            '"CVL3777"="YES:YES:NO:3777"', '"DTS13"="YES:YES:YES:13"')
+
 _libc = ctypes.CDLL(None, use_errno=True)
 CLONE_NEWNET = 0x40000000
 
@@ -254,12 +259,15 @@ class Server:
 class World:
     """Two machines, joined by a pair of virtual network cards, and a program directory."""
 
-    def __init__(self, servers=(PEER_ADDRESS,)):
+    def __init__(self, servers=(PEER_ADDRESS,), settings=SETTINGS):
+        """SERVERS go into a server file, SETTINGS into a settings file; None for no file."""
         self.home = tempfile.mkdtemp(prefix="cvl-e2e-")
         self._started = []
         self._peer = None
         if servers is not None:
             self.write_server_file([f"{host}:::Server {host} NA:::2:::" for host in servers])
+        if settings is not None:
+            self.write_settings(settings)
 
     def __enter__(self):
         run("ip", "link", "set", "lo", "up")
@@ -312,6 +320,18 @@ class World:
                 file.write(f"header {number + 1}\r\n")
             for line in lines:
                 file.write(line + "\r\n")
+
+    def write_settings(self, lines):
+        with open(os.path.join(self.home, "registry.reg"), "w", encoding="utf-8") as file:
+            file.write("Windows Registry Editor Version 5.00\n\n"
+                       "[HKEY_LOCAL_MACHINE\\Software\\Chronvale Server]\n")
+            for line in lines:
+                file.write(line + "\n")
+
+    def read_settings(self):
+        """The stored values by their names."""
+        with open(os.path.join(self.home, "registry.reg"), encoding="utf-8") as file:
+            return dict(re.findall(r'^"([^"]+)"="([^"]*)"$', file.read(), re.M))
 
     def upstream(self, **options):
         return Upstream(self, **options)
