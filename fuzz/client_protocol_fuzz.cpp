@@ -1,0 +1,108 @@
+// Port 3777: whatever arrives over either transport, there is one reply of 24 bytes to a
+// request and none to anything else, and a connection stays open for 24 bytes alone.
+//
+// An input is a row of messages: a byte of circumstances, one of length, the bytes. Each is
+// sent as a datagram and on a connection of its own.
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <span>
+#include <string_view>
+
+#include "host/cvl_server.h"
+#include "tests/support/test_platform.h"
+
+namespace {
+
+constexpr std::uint16_t Port = 3777;
+constexpr cvl::Ipv4Address Client = 0x0A000007;
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+bool IsRequest(std::span<const std::uint8_t> message) {
+  return message.size() == 24 && message[0] == 'C' && message[1] == 'V' && message[3] != 'L';
+}
+
+/// Whether REPLY begins with HEAD and has the client's own bytes from HEAD's end to byte 15,
+/// at the least those from byte 8 on.
+bool IsReply(std::span<const std::uint8_t> reply, std::string_view head,
+             std::span<const std::uint8_t> request) {
+  const auto end_of_head = static_cast<std::ptrdiff_t>(head.size());
+  return reply.size() == 24 && std::equal(head.begin(), head.end(), reply.begin()) &&
+         std::equal(reply.begin() + end_of_head, reply.begin() + 16, request.begin() + end_of_head);
+}
+
+class Run {
+ public:
+  Run() {
+    Platform_.Files.Contents["/program/QRB_CVLS4.CVL"] = "h\nh\nh\nh\nh\n10.0.0.1:::A NA:::2:::\n";
+    // Each of the two boxes opens the other's socket, and both do it before the first sync
+    // request, which may leave from any free port.
+    Server_.Window.eTCP3777.SetValue(cvl::Tick::On);
+    Server_.Window.eUDP3777.SetValue(cvl::Tick::On);
+    Server_.Load();
+    Server_.State.Flags.TimeSynced = true;
+    Platform_.Loop.Drain();
+  }
+
+  ~Run() { Server_.Unload(cvl::UnloadMode::FromCode); }
+  Run(const Run &) = delete;
+  Run &operator=(const Run &) = delete;
+
+  /// Moves the clock, also into millisecond 999, and turns the log on and off.
+  void Arrange(std::uint8_t circumstances) {
+    Platform_.Clock.UtcMs += circumstances * std::int64_t{61};
+    Server_.State.Flags.EnableLogging = (circumstances & 1) != 0;
+  }
+
+  void SendDatagram(std::span<const std::uint8_t> message) {
+    const cvl::Endpoint client{Client, ++ClientPort_};
+    Platform_.Net.Sent.clear();
+    Require(Platform_.Net.Arrive(Port, client, message));
+    Platform_.Loop.Drain();
+    Require(Platform_.Net.Sent.size() == (IsRequest(message) ? 1 : 0));
+    for (const auto &answer : Platform_.Net.Sent) {
+      Require(answer.To == client && IsReply(answer.Data, "CVLS5", message));
+    }
+  }
+
+  void SendOnConnection(std::span<const std::uint8_t> message) {
+    cvl::FakeConnection &client = Platform_.Net.Dial(Port, {Client, ++ClientPort_});
+    Platform_.Loop.Drain();
+    Require(client.IsAccepted);
+    if (!message.empty()) client.Send(message);
+    Platform_.Loop.Drain();
+    Require(client.HasEnded == (!message.empty() && message.size() != 24));
+    if (IsRequest(message)) {
+      Require(IsReply(client.Received, "CVLS5UTC", message));
+    } else {
+      Require(client.Received.empty());
+    }
+    client.End();
+    Platform_.Loop.Drain();
+  }
+
+ private:
+  cvl::TestPlatform Platform_;
+  cvl::CVL_Server Server_{Platform_.Interfaces(), ""};
+  std::uint16_t ClientPort_ = 2000;
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+  Run run;
+  std::span<const std::uint8_t> rest(data, size);
+  while (rest.size() >= 2) {
+    const std::size_t length = std::min<std::size_t>(rest[1], rest.size() - 2);
+    const std::span<const std::uint8_t> message = rest.subspan(2, length);
+    run.Arrange(rest[0]);
+    run.SendDatagram(message);
+    run.SendOnConnection(message);
+    rest = rest.subspan(2 + length);
+  }
+  return 0;
+}
