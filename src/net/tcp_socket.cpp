@@ -174,11 +174,8 @@ void TcpSocket::Flush() {
   }
   // One that is posted already stays where it is: a peer that goes on sending would put it
   // off for ever.
-  if (Unsent_.empty() && !PostedEvent::IsLinked()) PostSendComplete();
-}
-
-void TcpSocket::PostSendComplete() {
-  if (SendCompletePending_ && Events_.SendComplete) Layer_.Loop.Post(*this);
+  const bool is_due = Unsent_.empty() && SendCompletePending_ && Events_.SendComplete;
+  if (is_due && !PostedEvent::IsLinked()) Layer_.Loop.Post(*this);
 }
 
 void TcpSocket::OnPosted() {
@@ -324,7 +321,6 @@ void TcpSocket::Break(int error) {
   Unsent_.clear();
   SetState(SocketState::Error);
   ReleaseHandle();
-  PostSendComplete();
   if (Events_.Error) Events_.Error(Index_, {error, DescriptionOf(error)});
 }
 

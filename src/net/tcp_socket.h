@@ -94,7 +94,6 @@ class TcpSocket final : public Socket,
   void LetGo();
   void Break(int error);
   void Flush();
-  void PostSendComplete();
   void UpdateWatch();
   void Unwatch();
   void ReleaseHandle();

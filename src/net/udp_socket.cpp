@@ -30,6 +30,7 @@ void UdpSocket::Close() {
   Layer_.System.Close(Handle_);
   Handle_ = SocketHandle::None;
   State_ = SocketState::Closed;
+  Unsettled::Unlink();
   PostedEvent::Unlink();
   Waiting_ = {};
   Present_ = nullptr;
@@ -124,6 +125,14 @@ void UdpSocket::SendAnswer(std::span<const std::uint8_t> bytes) {
   }
   if (Queued_.IsFull()) SendQueued();
   Queued_.Add(bytes, to, Present_->LocalAddress);
+  Layer_.Loop.SettleLater(*this);
+}
+
+bool UdpSocket::Settle(SettlePoint point) {
+  // At the end of an event the answers wait for the rest of the batch; a handler that lets
+  // the loop run may take long.
+  if (point == SettlePoint::NestedPass) SendQueued();
+  return Queued_.IsEmpty();
 }
 
 void UdpSocket::SendQueued() {

@@ -15,7 +15,10 @@
 
 namespace cvl {
 
-class UdpSocket final : public Socket, private ReadyHandler, private PostedEvent {
+class UdpSocket final : public Socket,
+                        private ReadyHandler,
+                        private PostedEvent,
+                        private Unsettled {
  public:
   explicit UdpSocket(SocketLayer &layer) : Socket(layer) {}
   ~UdpSocket() override;
@@ -36,19 +39,20 @@ class UdpSocket final : public Socket, private ReadyHandler, private PostedEvent
   /// Sends one datagram to the remote host and port. An answer to the datagram at hand
   /// leaves from the address that it was sent to. A socket that isn't open takes a free
   /// port first, whatever local port it was set to: that one may be what could not be
-  /// had. Raises the socket's failure; 11001 for a name that has no fresh
-  /// answer.
+  /// had. Raises the socket's failure; 11001 for a name that has no fresh answer.
   void SendData(std::span<const std::uint8_t> bytes);
   void SendText(std::string_view text);
 
   /// Sends an answer to the datagram at hand as SendData does, but together with those to
-  /// the other datagrams that came with it, when all of them have been handled. A failure
-  /// of the system comes too late to be raised, and nobody hears of it.
+  /// the other datagrams that came with it, when all of them have been handled or when a
+  /// handler lets the loop run. A failure of the system comes too late to be raised, and
+  /// nobody hears of it.
   void SendAnswer(std::span<const std::uint8_t> bytes);
 
  private:
   void OnReady(Readiness readiness) override;
   void OnPosted() override { Deliver(); }
+  bool Settle(SettlePoint point) override;
   void Deliver();
   void HandOutWaiting();
   void SendQueued();

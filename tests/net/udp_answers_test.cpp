@@ -1,0 +1,148 @@
+// Answers that leave together: what a handler hands to SendAnswer goes out when the batch
+// of its datagram has been handled.
+
+#include <string>
+#include <vector>
+
+#include "net/answer_queue.h"
+#include "net/udp_socket.h"
+#include "tests/net/fake_net_test.h"
+
+namespace cvl {
+namespace {
+
+using Operation = FakeNetwork::Operation;
+
+constexpr Ipv4Address Here = 0x7F000001;
+constexpr Ipv4Address AlsoHere = 0x7F000002;
+
+class UdpAnswersTest : public FakeNetTest {
+ protected:
+  UdpAnswersTest() {
+    Socket.SetLocalPort(123);
+    Socket.Bind();
+    Socket.OnDataArrival = [this](std::int32_t) {
+      SentAtEach.push_back(Net.Sent.size());
+      OnData();
+    };
+  }
+
+  void Answer(const std::string &text) {
+    Socket.SetRemoteHost(Socket.RemoteHostIP());
+    Socket.SendAnswer(BytesOf(text));
+  }
+
+  std::vector<std::string> SentTexts() const {
+    std::vector<std::string> texts;
+    for (const FakeNetwork::SentDatagram &each : Net.Sent) {
+      texts.push_back(TextOf(each.Data));
+    }
+    return texts;
+  }
+
+  UdpSocket Socket{Layer};
+  std::function<void()> OnData = [this] { Answer("to " + Socket.GetText()); };
+  /// How many datagrams had been sent when each handler began.
+  std::vector<std::size_t> SentAtEach;
+};
+
+TEST_F(UdpAnswersTest, OfABatchLeaveBehindItsLastHandlerInOrder) {
+  Net.Arrive(123, Alice, "one", Here);
+  Net.Arrive(123, Bob, "two", AlsoHere);
+  Loop.RunOnePass();
+  EXPECT_EQ(SentAtEach, (std::vector<std::size_t>{0, 0}));
+  EXPECT_EQ(SentTexts(), (std::vector<std::string>{"to one", "to two"}));
+  EXPECT_EQ(Net.Sent[0].To, Alice);
+  EXPECT_EQ(Net.Sent[0].From, Here);
+  EXPECT_EQ(Net.Sent[1].To, Bob);
+  EXPECT_EQ(Net.Sent[1].From, AlsoHere);
+}
+
+TEST_F(UdpAnswersTest, NeverWaitForMoreThanTheQueueHolds) {
+  for (std::size_t count = 0; count < AnswerQueue::Most + 2; ++count) {
+    Net.Arrive(123, Alice, "request");
+  }
+  Loop.RunOnePass();
+  EXPECT_EQ(SentAtEach[AnswerQueue::Most], 0U);
+  EXPECT_EQ(SentAtEach[AnswerQueue::Most + 1], AnswerQueue::Most);
+  EXPECT_EQ(Net.Sent.size(), AnswerQueue::Most + 2);
+}
+
+TEST_F(UdpAnswersTest, ThatFailAreLostAndTheNextOnesLeave) {
+  Net.Fail(Operation::SendTo, error_number::NetworkUnreachable, 1);
+  Net.Arrive(123, Alice, "one");
+  Net.Arrive(123, Bob, "two");
+  Loop.RunOnePass();
+  EXPECT_EQ(SentTexts(), std::vector<std::string>{"to two"});
+}
+
+TEST_F(UdpAnswersTest, LeaveBeforeWhatIsSentAtOnce) {
+  OnData = [this] {
+    Answer("first");
+    Socket.SendText("second");
+    EXPECT_EQ(SentTexts(), (std::vector<std::string>{"first", "second"}));
+  };
+  Net.Arrive(123, Alice, "request");
+  Loop.RunOnePass();
+  EXPECT_EQ(Net.Sent.size(), 2U);
+}
+
+TEST_F(UdpAnswersTest, LeaveBeforeTheirSocketCloses) {
+  OnData = [this] {
+    Answer("last");
+    Socket.Close();
+  };
+  Net.Arrive(123, Alice, "request");
+  Loop.RunOnePass();
+  EXPECT_EQ(SentTexts(), std::vector<std::string>{"last"});
+}
+
+TEST_F(UdpAnswersTest, LeaveWhenTheLoopQuits) {
+  OnData = [this] {
+    Answer("last");
+    Loop.Quit();
+  };
+  Net.Arrive(123, Alice, "request");
+  Loop.RunOnePass();
+  EXPECT_EQ(SentTexts(), std::vector<std::string>{"last"});
+}
+
+TEST_F(UdpAnswersTest, OfANestedPassLeaveBehindThatPass) {
+  OnData = [this] {
+    Answer("to " + Socket.GetText());
+    if (SentAtEach.size() > 1) return;
+    Loop.RunOnePass();
+    EXPECT_EQ(SentTexts(), (std::vector<std::string>{"to one", "to two"}));
+  };
+  Net.Arrive(123, Alice, "one");
+  Net.Arrive(123, Bob, "two");
+  Loop.RunOnePass();
+  EXPECT_EQ(Net.Sent.size(), 2U);
+}
+
+TEST_F(UdpAnswersTest, OfMoreBytesThanTheQueueTakesLeaveAtOnce) {
+  const std::string longest(AnswerQueue::LongestAnswer, 'x');
+  OnData = [&] {
+    Answer(longest);
+    EXPECT_EQ(Net.Sent.size(), 0U);
+    Answer(longest + "y");
+    EXPECT_EQ(Net.Sent.size(), 2U);
+  };
+  Net.Arrive(123, Alice, "request");
+  Loop.RunOnePass();
+  EXPECT_EQ(SentTexts(), (std::vector<std::string>{longest, longest + "y"}));
+}
+
+TEST_F(UdpAnswersTest, ToNobodyAtHandAreSentAtOnceAndRaiseTheirFailure) {
+  Socket.SetRemoteHost("10.0.0.9");
+  Socket.SetRemotePort(123);
+  Socket.SendAnswer(BytesOf("request of ours"));
+  EXPECT_EQ(SentTexts(), std::vector<std::string>{"request of ours"});
+  EXPECT_EQ(Net.Sent[0].From, 0U);
+  Net.Fail(Operation::SendTo, error_number::NetworkUnreachable);
+  ExpectRuntimeError(error_number::NetworkUnreachable,
+                     [&] { Socket.SendAnswer(BytesOf("request of ours")); });
+}
+
+}  // namespace
+}  // namespace cvl
