@@ -88,6 +88,11 @@ class Output:
                 self.lines.append(line.rstrip("\n"))
                 self._changed.notify_all()
 
+    def to_the_end(self):
+        """All lines of a process that has ended."""
+        self._thread.join(DEADLINE)
+        return self.lines
+
     def wait_for(self, pattern, since=0, deadline=DEADLINE):
         """The first line from SINCE on that matches PATTERN, and its number."""
         end = time.monotonic() + deadline
@@ -166,7 +171,9 @@ class Server:
                        "the end of the load step", 3)
         except AssertionError:
             return False
-        return self.process.poll() == 1 and any("error 6" in line for line in self.errors.lines)
+        if self.process.poll() != 1:
+            return False
+        return any("error 6" in line for line in self.errors.to_the_end())
 
     def open_sockets(self):
         """Ports of the process's own sockets: {("udp", 123), ("tcp", 37), ...}."""
