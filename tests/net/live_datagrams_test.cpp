@@ -1,5 +1,8 @@
 // Datagrams of the kernel.
 
+#include <sys/eventfd.h>
+#include <unistd.h>
+
 #include "tests/net/live_test.h"
 #include "tests/support/fake_network.h"
 
@@ -193,6 +196,39 @@ TEST_F(LiveDatagrams, AHandlerMayCloseAndOpenItsSocketAmidABatch) {
   client.Send(Server(), "hello");
   ASSERT_TRUE(Until([&] { return Sizes.size() > 1; }));
   EXPECT_EQ(Sizes.size(), 2U);
+}
+
+/// Counts what it hears of a descriptor.
+struct Listening final : ReadyHandler {
+  void OnReady(Readiness) override { ++Events; }
+  int Events = 0;
+};
+
+TEST_F(LiveDatagrams, ADescriptorThatIsUsedAgainInTheSameBatchHearsNothingOfItsFormerOwner) {
+  UdpSocket other(Layer);
+  other.Bind();
+  Listening heir;
+  const int next = dup(STDERR_FILENO);
+  ASSERT_GE(next, 0);
+  close(next);
+  int inherited = -1;
+  // Both have a datagram; whichever is handled first gives the other's descriptor away.
+  const auto replace = [&](UdpSocket &former) {
+    former.Close();
+    inherited = eventfd(0, EFD_CLOEXEC);
+    Loop.Watch(SocketHandle{inherited}, {.Read = true}, heir);
+  };
+  OnData = [&] { replace(other); };
+  other.OnDataArrival = [&](std::int32_t) { replace(Socket); };
+  UdpPeer client;
+  client.Send(Server(), "hello");
+  client.Send({Loopback, static_cast<std::uint16_t>(other.LocalPort())}, "hello");
+  ASSERT_TRUE(Until([&] { return inherited >= 0; }));
+  EXPECT_TRUE(ComesToRest());
+  EXPECT_LT(inherited, next) << "the descriptor was not used again";
+  EXPECT_EQ(heir.Events, 0);
+  Loop.Unwatch(SocketHandle{inherited});
+  close(inherited);
 }
 
 }  // namespace

@@ -202,27 +202,5 @@ TEST_F(LiveStreams, AHandlerMayCloseAnySocketOfTheSameBatch) {
   EXPECT_EQ(Service.Count("data 1 5") + Service.Count("data 2 5"), 1);
 }
 
-TEST_F(LiveStreams, ADescriptorThatIsUsedAgainInTheSameBatchHearsNothingOfItsFormerOwner) {
-  TcpPeer first(Port);
-  ASSERT_TRUE(UntilLogged("accepted 1"));
-  TcpPeer second(Port);
-  ASSERT_TRUE(UntilLogged("accepted 2"));
-  RecordingService other(Layer);
-  // Nothing is read from SECOND or FIRST, whichever comes later: its descriptor is given
-  // back and at once carries a listener that nobody asks for anything.
-  Service.OnData = [&](std::int16_t slot) {
-    Slots[slot == 1 ? 2 : 1].Close();
-    other.Listen();
-  };
-  first.Reset();
-  second.Reset();
-  Service.OnError = Service.OnData;
-  ASSERT_TRUE(Until([&] { return Service.Log.size() > 2; }));
-  EXPECT_TRUE(ComesToRest());
-  EXPECT_EQ(Service.Log.size(), 3U);
-  EXPECT_EQ(other.Slots[0].State(), SocketState::Listening);
-  EXPECT_TRUE(other.Log.empty());
-}
-
 }  // namespace
 }  // namespace cvl
