@@ -125,7 +125,7 @@ void UdpSocket::SendAnswer(std::span<const std::uint8_t> bytes) {
   }
   if (Queued_.IsFull()) SendQueued();
   Queued_.Add(bytes, to, Present_->LocalAddress);
-  Layer_.Loop.SettleLater(*this);
+  if (!Unsettled::IsLinked()) Layer_.Loop.SettleLater(*this);
 }
 
 bool UdpSocket::Settle(SettlePoint point) {
