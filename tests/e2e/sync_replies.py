@@ -8,7 +8,7 @@ def TestTheRequestIsAnSntpRequestFromPort123():
         upstream = world.upstream()
         server = world.server()
         server.wait_for_gate()
-        _, sender, packet = upstream.requests()[0]
+        _, sender, packet = upstream.wait_for_requests(1)[0]
         assert sender == f"{SERVER_ADDRESS}:123"
         assert len(packet) == 48
         assert packet[0] == 27
