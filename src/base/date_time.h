@@ -17,6 +17,9 @@ inline constexpr double SecondsPerDay = 86400;
 /// The date-time value of 1 January 1970, 00:00.
 inline constexpr double DaysTo1970 = 25569;
 
+/// The two days from 30 December 1899 to 1 January 1900, in seconds.
+inline constexpr double SecondsTo1900 = 172800;
+
 struct DateTime {
   double Days = 0;
 

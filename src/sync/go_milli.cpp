@@ -14,9 +14,6 @@ namespace {
 
 constexpr double TwoTo32 = 4294967296.0;
 
-// The two days from 30 December 1899, where date-time values begin, to 1 January 1900.
-constexpr double SecondsTo1900 = 172800;
-
 double FourBytes(std::span<const std::uint8_t> bytes) {
   double number = 0;
   for (const std::uint8_t byte : bytes.first(4)) {

@@ -8,12 +8,6 @@
 
 namespace cvl {
 
-namespace {
-
-constexpr double SecondsTo1900 = 172800;
-
-}  // namespace
-
 TcpTime::TcpTime(const Parts &parts) : Parts_(parts), Socket_(parts.Layer, Events_) {
   Events_.DataArrival = [this](std::int16_t, std::int32_t) { OnDataArrival(); };
   Events_.Close = [this](std::int16_t) { OnClose(); };
