@@ -2,7 +2,8 @@
 
 RunPackages="g++ cmake ninja-build libsystemd-dev iproute2 util-linux"
 TestPackages="libgtest-dev libgmock-dev libbenchmark-dev python3 chrony ntpsec-ntpdig nginx-light
-  clang clang-format clang-tidy libclang-rt-14-dev mandoc systemd"
+  rdate netcat-openbsd inetutils-inetd clang clang-format clang-tidy libclang-rt-14-dev mandoc
+  systemd"
 
 # Install PACKAGE...: those that are missing, with apt where we are root. Those that bring
 # daemons along are test peers; they run in namespaces of the tests' own and nowhere else.
