@@ -49,8 +49,9 @@ class Files {
   /// when the directory is missing, 70 when the file can't be written.
   virtual std::unique_ptr<OutputFile> OpenForBinary(const std::string &path) = 0;
 
-  /// Opens a file, writes BYTES to its end and closes it: three system calls. Returns 0, or
-  /// the number of the failure; 53 when the file or its directory is missing.
+  /// Opens a file, writes BYTES to its end and closes it: three system calls. Where there is
+  /// no room for all of them none is left. Returns 0, or the number of the failure; 53 when
+  /// the file or its directory is missing.
   [[nodiscard]] virtual int Append(const std::string &path, std::string_view bytes,
                                    IfMissing if_missing) = 0;
 

@@ -31,6 +31,17 @@ int Failed(const char *operation) {
   return FileErrorOf(error);
 }
 
+/// Writes BYTES to the end of FILE, all of them or none: half a line would stand before the
+/// next one.
+int WriteToEnd(int file, std::string_view bytes) {
+  const ssize_t written = write(file, bytes.data(), bytes.size());
+  if (written < 0) return Failed("write");
+  if (static_cast<std::size_t>(written) == bytes.size()) return 0;
+  const off_t end = lseek(file, 0, SEEK_CUR);
+  if (end < written || ftruncate(file, end - written) != 0) TraceFailure("ftruncate", errno);
+  return error_number::DiskFull;
+}
+
 class LinuxOutputFile final : public OutputFile {
  public:
   explicit LinuxOutputFile(int file) : File_(file) {}
@@ -92,10 +103,7 @@ int LinuxFiles::Append(const std::string &path, std::string_view bytes, IfMissin
   const int create = if_missing == IfMissing::Create ? O_CREAT : 0;
   const int file = open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC | create, 0644);
   if (file < 0) return Failed("open");
-  const ssize_t written = write(file, bytes.data(), bytes.size());
-  const int error = written < 0                                         ? Failed("write")
-                    : static_cast<std::size_t>(written) != bytes.size() ? error_number::DiskFull
-                                                                        : 0;
+  const int error = WriteToEnd(file, bytes);
   close(file);
   return error;
 }

@@ -1,0 +1,77 @@
+// Lines at the end of a file that is opened for each of them.
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/resource.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "base/runtime_error.h"
+#include "platform/linux/linux_files.h"
+
+namespace cvl {
+namespace {
+
+/// No file grows beyond so many bytes while this stands.
+class SizeLimit {
+ public:
+  explicit SizeLimit(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &Old_);
+    const rlimit limit{bytes, Old_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~SizeLimit() { setrlimit(RLIMIT_FSIZE, &Old_); }
+  SizeLimit(const SizeLimit &) = delete;
+  SizeLimit &operator=(const SizeLimit &) = delete;
+
+ private:
+  rlimit Old_{};
+};
+
+class AppendTest : public testing::Test {
+ protected:
+  AppendTest() {
+    std::string folder = testing::TempDir() + "cvl-append-XXXXXX";
+    Folder = mkdtemp(folder.data());
+  }
+  ~AppendTest() override { std::filesystem::remove_all(Folder); }
+
+  std::string Contents() const {
+    std::ifstream file(Path(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  std::string Path() const { return Folder + "/file"; }
+
+  std::string Folder;
+  LinuxFiles Files;
+};
+
+TEST_F(AppendTest, GoesToTheEndOfTheFile) {
+  EXPECT_EQ(Files.Append(Path(), "one ", IfMissing::Create), 0);
+  EXPECT_EQ(Files.Append(Path(), "two", IfMissing::Fail), 0);
+  EXPECT_EQ(Contents(), "one two");
+}
+
+TEST_F(AppendTest, TellsWhenTheFileIsMissing) {
+  EXPECT_EQ(Files.Append(Path(), "one", IfMissing::Fail), error_number::FileNotFound);
+  EXPECT_FALSE(Files.Exists(Path()));
+  EXPECT_EQ(Files.Append(Folder + "/none/file", "one", IfMissing::Create),
+            error_number::FileNotFound);
+}
+
+TEST_F(AppendTest, LeavesNothingOfWhatHasNoRoom) {
+  const std::string line(60, 'a');
+  EXPECT_EQ(Files.Append(Path(), line, IfMissing::Create), 0);
+  {
+    const SizeLimit limit(100);
+    EXPECT_EQ(Files.Append(Path(), std::string(60, 'b'), IfMissing::Fail), error_number::DiskFull);
+  }
+  EXPECT_EQ(Contents(), line);
+  EXPECT_EQ(Files.Append(Path(), "c", IfMissing::Fail), 0);
+  EXPECT_EQ(Contents(), line + "c");
+}
+
+}  // namespace
+}  // namespace cvl
