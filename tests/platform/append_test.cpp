@@ -1,8 +1,11 @@
 // Lines at the end of a file that is opened for each of them.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -71,6 +74,21 @@ TEST_F(AppendTest, LeavesNothingOfWhatHasNoRoom) {
   EXPECT_EQ(Contents(), line);
   EXPECT_EQ(Files.Append(Path(), "c", IfMissing::Fail), 0);
   EXPECT_EQ(Contents(), line + "c");
+}
+
+TEST_F(AppendTest, DoesNotWaitForTheReaderOfAPipe) {
+  ASSERT_EQ(mkfifo(Path().c_str(), 0600), 0);
+  EXPECT_NE(Files.Append(Path(), "one", IfMissing::Fail), 0);
+
+  const int reader = open(Path().c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  ASSERT_GE(reader, 0);
+  const std::string page(4096, 'a');
+  int full = 0;
+  for (int count = 0; full == 0 && count < 1000; ++count) {
+    full = Files.Append(Path(), page, IfMissing::Fail);
+  }
+  EXPECT_NE(full, 0);
+  close(reader);
 }
 
 }  // namespace

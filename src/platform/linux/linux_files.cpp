@@ -101,7 +101,9 @@ std::unique_ptr<OutputFile> LinuxFiles::OpenForBinary(const std::string &path) {
 
 int LinuxFiles::Append(const std::string &path, std::string_view bytes, IfMissing if_missing) {
   const int create = if_missing == IfMissing::Create ? O_CREAT : 0;
-  const int file = open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC | create, 0644);
+  // Without O_NONBLOCK a pipe of that name would hold the program up.
+  const int flags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | create;
+  const int file = open(path.c_str(), flags, 0644);
   if (file < 0) return Failed("open");
   const int error = WriteToEnd(file, bytes);
   close(file);
