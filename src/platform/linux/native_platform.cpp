@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 
 #include "platform/linux/epoll_loop.h"
@@ -33,8 +34,19 @@ struct NativePlatform::Parts {
   LinuxProgramStarter Programs;
 };
 
+namespace {
+
+/// A write that fails is to return its number. Programs that are started get the signals back.
+void IgnoreSignalsOfWriting() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
+}  // namespace
+
 NativePlatform::NativePlatform() {
   RaiseDescriptorLimit();
+  IgnoreSignalsOfWriting();
   Parts_ = std::make_unique<Parts>();
 }
 
