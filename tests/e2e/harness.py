@@ -149,16 +149,21 @@ class Upstream:
 class Server:
     """One run of the server."""
 
-    def __init__(self, world, words=(), environment=None, preload=None, attempts=8):
+    def __init__(self, world, words=(), environment=None, preload=None, attempts=8, home=None,
+                 on_peer=False):
+        """From the world's own program directory unless HOME names another, on the peer's
+        machine if ON_PEER is set."""
         self.world = world
-        settings = dict(os.environ, CHRONVALE_HOME=world.home, **(environment or {}))
+        self.home = home or world.home
+        settings = dict(os.environ, CHRONVALE_HOME=self.home, **(environment or {}))
         if preload:
             settings["LD_PRELOAD"] = preload
+        command = [os.path.join(BIN, "cvlserver"), *words]
         # A start in millisecond 999 has no timestamp and ends; the next one does better.
         for _ in range(attempts):
-            self.process = subprocess.Popen([os.path.join(BIN, "cvlserver"), *words], env=settings,
-                                            stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                            text=True, cwd="/")
+            self.process = subprocess.Popen(world.on_peer(*command) if on_peer else command,
+                                            env=settings, stdout=subprocess.PIPE,
+                                            stderr=subprocess.PIPE, text=True, cwd="/")
             self.errors = Output(self.process.stderr)
             if not self._met_millisecond_999():
                 return
@@ -231,7 +236,7 @@ class Server:
 
     def log_lines(self):
         """Lines of the request log, without its header."""
-        folder = os.path.join(self.world.home, "Logs")
+        folder = os.path.join(self.home, "Logs")
         lines = []
         if os.path.isdir(folder):
             for name in sorted(os.listdir(folder)):
@@ -268,13 +273,10 @@ class World:
 
     def __init__(self, servers=(PEER_ADDRESS,), settings=SETTINGS):
         """SERVERS go into a server file, SETTINGS into a settings file; None for no file."""
-        self.home = tempfile.mkdtemp(prefix="cvl-e2e-")
+        self._homes = []
+        self.home = self.new_home(servers, settings)
         self._started = []
         self._peer = None
-        if servers is not None:
-            self.write_server_file([f"{host}:::Server {host} NA:::2:::" for host in servers])
-        if settings is not None:
-            self.write_settings(settings)
 
     def __enter__(self):
         run("ip", "link", "set", "lo", "up")
@@ -299,20 +301,32 @@ class World:
         # The kernel takes its time over a namespace that nobody is in; the next test wants the
         # name of the card at once.
         subprocess.run(["ip", "link", "del", "cvl0"], check=False, stderr=subprocess.DEVNULL)
-        shutil.rmtree(self.home, ignore_errors=True)
+        for home in self._homes:
+            shutil.rmtree(home, ignore_errors=True)
+
+    def new_home(self, servers=None, settings=None):
+        """A program directory that lasts as long as the world."""
+        home = tempfile.mkdtemp(prefix="cvl-e2e-")
+        self._homes.append(home)
+        if servers is not None:
+            self.write_server_file([f"{host}:::Server {host} NA:::2:::" for host in servers],
+                                   home=home)
+        if settings is not None:
+            self.write_settings(settings, home)
+        return home
 
     def on_peer(self, *words):
         """The command line that runs WORDS on the peer's machine."""
         return ["nsenter", "--target", str(self._peer.pid), "--net", *words]
 
-    def peer_socket(self, kind=socket.SOCK_DGRAM):
+    def peer_socket(self, kind=socket.SOCK_DGRAM, protocol=0):
         """A socket on the peer's machine."""
         own = os.open("/proc/self/ns/net", os.O_RDONLY)
         peer = os.open(f"/proc/{self._peer.pid}/ns/net", os.O_RDONLY)
         try:
             if _libc.setns(peer, CLONE_NEWNET) != 0:
                 raise OSError(ctypes.get_errno(), "setns")
-            made = socket.socket(socket.AF_INET, kind)
+            made = socket.socket(socket.AF_INET, kind, protocol)
             if _libc.setns(own, CLONE_NEWNET) != 0:
                 raise OSError(ctypes.get_errno(), "setns")
             return made
@@ -320,16 +334,16 @@ class World:
             os.close(own)
             os.close(peer)
 
-    def write_server_file(self, lines, header=5):
-        with open(os.path.join(self.home, "QRB_CVLS4.CVL"), "w", newline="",
+    def write_server_file(self, lines, header=5, home=None):
+        with open(os.path.join(home or self.home, "QRB_CVLS4.CVL"), "w", newline="",
                   encoding="latin-1") as file:
             for number in range(header):
                 file.write(f"header {number + 1}\r\n")
             for line in lines:
                 file.write(line + "\r\n")
 
-    def write_settings(self, lines):
-        with open(os.path.join(self.home, "registry.reg"), "w", encoding="utf-8") as file:
+    def write_settings(self, lines, home=None):
+        with open(os.path.join(home or self.home, "registry.reg"), "w", encoding="utf-8") as file:
             file.write("Windows Registry Editor Version 5.00\n\n"
                        "[HKEY_LOCAL_MACHINE\\Software\\Chronvale Server]\n")
             for line in lines:
