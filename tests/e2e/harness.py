@@ -217,7 +217,8 @@ class Server:
         return None
 
     def ask_tcp(self, packet, address=SERVER_ADDRESS, port=123, timeout=5.0, finish=False):
-        """All that a connection answers to PACKET until its end; None when it was reset."""
+        """All that a connection answers to PACKET until its end; None when it was reset or had
+        no end in time, as that of an NTP request in millisecond 999 has none."""
         with socket.socket(socket.AF_INET, socket.SOCK_STREAM) as client:
             client.settimeout(timeout)
             client.connect((address, port))
@@ -231,7 +232,7 @@ class Server:
                     if not piece:
                         return answer
                     answer += piece
-            except ConnectionResetError:
+            except (ConnectionResetError, socket.timeout):
                 return None
 
     def log_lines(self):
