@@ -33,42 +33,15 @@ void RequestLog::CVLWLOG(std::string_view bytes_d, std::string_view request_ip, 
   ContinueOnFailure mode;
   mode.Step([&] {
     const std::string path = FileName();
-
-    const CivilTime date = PartsOf(Time_.Now());
-    const CivilTime time = PartsOf(Time_.Now());
-    std::string line;
-    line.reserve(192);
-    AppendTwoDigits(line, date.Year / 100);
-    AppendTwoDigits(line, date.Year % 100);
-    line += '-';
-    AppendTwoDigits(line, date.Month);
-    line += '-';
-    AppendTwoDigits(line, date.Day);
-    line += ' ';
-    AppendTime(line, time);
-    line += ' ';
-    line += request_ip;
-    line += " - CVLS5 ";
-    line += State_.Start.LocalHostName;
-    line += ' ';
-    line += State_.Start.OSUserName;
-    line += ' ';
-    line += State_.Start.LocalIP;
-    line += " GET TIME - 0 0 ";
-    line += std::to_string(sent_b);
-    line += ' ';
-    line += std::to_string(RequestSize(bytes_d, sent_b, cvl_code, i_byte_tot));
-    line += " 0 ";
-    line += std::to_string(req_p);
-    line += ' ';
-    line += cvl_code;
-    line += ' ';
-    line += cvl_type;
-    line += " - \r\n";
-
+    const auto line = [&] {
+      return Line(request_ip, req_p, sent_b, RequestSize(bytes_d, sent_b, cvl_code, i_byte_tot),
+                  cvl_code, cvl_type);
+    };
     // The opening itself tells whether file and directory are there.
-    if (Files_.Append(path, line, IfMissing::Fail) != error_number::FileNotFound) return;
-    const std::string first = Header() + line;
+    if (Files_.Append(path, line(), IfMissing::Fail) != error_number::FileNotFound) return;
+    // The header is of an earlier moment than the line behind it.
+    std::string first = Header();
+    first += line();
     if (Files_.Append(path, first, IfMissing::Create) != error_number::FileNotFound) return;
     if (Files_.MakeDirectory(Directory_) != 0) return;
     if (Files_.Append(path, first, IfMissing::Create) != 0) return;
@@ -87,6 +60,43 @@ std::string RequestLog::FileName() {
   AppendTwoDigits(path, year % 100);
   path += ".LOG";
   return path;
+}
+
+std::string RequestLog::Line(std::string_view request_ip, std::int32_t req_p, std::int32_t sent_b,
+                             std::int32_t request_size, std::string_view cvl_code,
+                             std::string_view cvl_type) {
+  const CivilTime date = PartsOf(Time_.Now());
+  const CivilTime time = PartsOf(Time_.Now());
+  std::string line;
+  line.reserve(192);
+  AppendTwoDigits(line, date.Year / 100);
+  AppendTwoDigits(line, date.Year % 100);
+  line += '-';
+  AppendTwoDigits(line, date.Month);
+  line += '-';
+  AppendTwoDigits(line, date.Day);
+  line += ' ';
+  AppendTime(line, time);
+  line += ' ';
+  line += request_ip;
+  line += " - CVLS5 ";
+  line += State_.Start.LocalHostName;
+  line += ' ';
+  line += State_.Start.OSUserName;
+  line += ' ';
+  line += State_.Start.LocalIP;
+  line += " GET TIME - 0 0 ";
+  line += std::to_string(sent_b);
+  line += ' ';
+  line += std::to_string(request_size);
+  line += " 0 ";
+  line += std::to_string(req_p);
+  line += ' ';
+  line += cvl_code;
+  line += ' ';
+  line += cvl_type;
+  line += " - \r\n";
+  return line;
 }
 
 std::string RequestLog::Header() {

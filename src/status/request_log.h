@@ -31,6 +31,8 @@ class RequestLog {
 
  private:
   std::string FileName();
+  std::string Line(std::string_view request_ip, std::int32_t req_p, std::int32_t sent_b,
+                   std::int32_t request_size, std::string_view cvl_code, std::string_view cvl_type);
   std::string Header();
 
   const RunState &State_;

@@ -234,6 +234,15 @@ TEST_F(RequestLogTest, ClockIsReadForEachPartOfNameAndLine) {
   EXPECT_EQ(Clock.NowReadings, 5);
 }
 
+TEST_F(RequestLogTest, TheHeaderIsOfAnEarlierMomentThanTheLineBehindIt) {
+  const std::int64_t noon = UtcMsOf(DateTime::Of(2002, 11, 14, 12, 0, 0));
+  // Day, month and year of the name, and the line that finds no file; then header and line.
+  Clock.Script = {noon, noon, noon, noon, noon, noon + 1000, noon + 2000, noon + 2000};
+  LogDaytime();
+  const std::string &file = Files.Contents[Today];
+  EXPECT_TRUE(file.starts_with(Header("11/14/2002 12:00:01 PM") + "2002-11-14 12:00:02 ")) << file;
+}
+
 // ---- The operations
 
 TEST_F(RequestLogTest, ALineCostsOneOpeningForAppending) {
