@@ -36,6 +36,12 @@ inline void AppendTwoDigits(std::string &text, int number) {
   text += static_cast<char>('0' + number % 10);
 }
 
+/// The last four digits of NUMBER, which isn't negative.
+inline void AppendFourDigits(std::string &text, int number) {
+  AppendTwoDigits(text, number / 100);
+  AppendTwoDigits(text, number);
+}
+
 /// The time of the 24-hour clock, "17:25:41".
 inline void AppendTime(std::string &text, const CivilTime &time) {
   AppendTwoDigits(text, time.Hour);
@@ -43,6 +49,14 @@ inline void AppendTime(std::string &text, const CivilTime &time) {
   AppendTwoDigits(text, time.Minute);
   text += ':';
   AppendTwoDigits(text, time.Second);
+}
+
+/// The time of the 12-hour clock, "05:25:40 PM".
+inline void AppendTwelveHourTime(std::string &text, const CivilTime &time) {
+  CivilTime shown = time;
+  shown.Hour = time.Hour % 12 == 0 ? 12 : time.Hour % 12;
+  AppendTime(text, shown);
+  text += time.Hour < 12 ? " AM" : " PM";
 }
 
 }  // namespace cvl

@@ -2,9 +2,10 @@
 
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 
+#include "base/date_patterns.h"
 #include "base/runtime_error.h"
+#include "base/text.h"
 
 namespace cvl {
 
@@ -32,21 +33,16 @@ std::int64_t FloorDivide(std::int64_t whole, std::int64_t parts) {
   return whole % parts < 0 ? quotient - 1 : quotient;
 }
 
-template <class... Numbers>
-std::string Formatted(const char *format, Numbers... numbers) {
-  char text[64];
-  std::snprintf(text, sizeof text, format, numbers...);
+std::string ShortDateText(const CivilTime &parts) {
+  std::string text = Joined({std::to_string(parts.Month), "/", std::to_string(parts.Day), "/"});
+  AppendFourDigits(text, parts.Year);
   return text;
 }
 
-std::string ShortDateText(const CivilTime &parts) {
-  return Formatted("%d/%d/%04d", parts.Month, parts.Day, parts.Year);
-}
-
 std::string LongTimeText(const CivilTime &parts) {
-  const int hour = parts.Hour % 12 == 0 ? 12 : parts.Hour % 12;
-  return Formatted("%d:%02d:%02d %s", hour, parts.Minute, parts.Second,
-                   parts.Hour < 12 ? "AM" : "PM");
+  std::string text;
+  AppendTwelveHourTime(text, parts);
+  return text.front() == '0' ? text.substr(1) : text;
 }
 
 }  // namespace

@@ -82,8 +82,7 @@ std::string DaytimeService::PlainText() {
   text += ' ';
   AppendTwoDigits(text, now.Day);
   text += ", ";
-  AppendTwoDigits(text, now.Year / 100);
-  AppendTwoDigits(text, now.Year);
+  AppendFourDigits(text, now.Year);
   text += ' ';
   AppendTime(text, now);
   text += '-';

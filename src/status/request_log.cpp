@@ -69,8 +69,7 @@ std::string RequestLog::Line(std::string_view request_ip, std::int32_t req_p, st
   const CivilTime time = PartsOf(Time_.Now());
   std::string line;
   line.reserve(192);
-  AppendTwoDigits(line, date.Year / 100);
-  AppendTwoDigits(line, date.Year % 100);
+  AppendFourDigits(line, date.Year);
   line += '-';
   AppendTwoDigits(line, date.Month);
   line += '-';

@@ -1,6 +1,5 @@
 #include "status/status_tick.h"
 
-#include <cstdio>
 #include <string_view>
 
 #include "base/date_patterns.h"
@@ -15,14 +14,6 @@ std::string Capitals(std::string_view name) {
   for (char &letter : text) {
     if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
   }
-  return text;
-}
-
-/// "05:25:40 PM"
-std::string TimeText(const CivilTime &parts) {
-  char text[40];
-  std::snprintf(text, sizeof text, "%02d:%02d:%02d %s", parts.Hour % 12 == 0 ? 12 : parts.Hour % 12,
-                parts.Minute, parts.Second, parts.Hour < 12 ? "AM" : "PM");
   return text;
 }
 
@@ -68,10 +59,11 @@ void StatusTick::ShowClock() {
   text += ' ';
   text += std::to_string(PartsOf(Time_.Now()).Year);
   text += ' ';
-  text += TimeText(PartsOf(Time_.Now()));
+  AppendTwelveHourTime(text, PartsOf(Time_.Now()));
   text += "\r\n   UTC " + Capitals(MonthName(utc_parts)) + " ";
   text += std::to_string(utc_parts.Day) + " " + std::to_string(utc_parts.Year) + " ";
-  text += TimeText(utc_parts) + "\r\n   Chronvale Server 5100";
+  AppendTwelveHourTime(text, utc_parts);
+  text += "\r\n   Chronvale Server 5100";
   Window_.svrCurrent.SetText(text);
 }
 

@@ -33,10 +33,30 @@ TEST(AppendTwoDigits, KeepsTheLastTwoDigits) {
   EXPECT_EQ(text, "=074203");
 }
 
+TEST(AppendFourDigits, KeepsTheLastFourDigitsAndLeadingZeros) {
+  std::string text = "=";
+  AppendFourDigits(text, 100);
+  AppendFourDigits(text, 2002);
+  AppendFourDigits(text, 32003);
+  EXPECT_EQ(text, "=010020022003");
+}
+
 TEST(AppendTime, WritesTheTimeOfTheTwentyFourHourClock) {
   std::string text = "at ";
   AppendTime(text, PartsOf(DateTime::Of(2002, 10, 3, 17, 5, 9)));
   EXPECT_EQ(text, "at 17:05:09");
+}
+
+TEST(AppendTwelveHourTime, HasTwelveInThePlaceOfZero) {
+  const auto text_at = [](int hour) {
+    std::string text = "at ";
+    AppendTwelveHourTime(text, PartsOf(DateTime::Of(2002, 10, 3, hour, 5, 9)));
+    return text;
+  };
+  EXPECT_EQ(text_at(0), "at 12:05:09 AM");
+  EXPECT_EQ(text_at(9), "at 09:05:09 AM");
+  EXPECT_EQ(text_at(12), "at 12:05:09 PM");
+  EXPECT_EQ(text_at(17), "at 05:05:09 PM");
 }
 
 }  // namespace
