@@ -4,6 +4,15 @@
 
 namespace cvl {
 
+std::string TextOf(const ZoneName &name) {
+  std::string text;
+  for (const char16_t unit : name) {
+    if (unit == 0) break;
+    text += unit <= 0xFF ? static_cast<char>(unit) : '?';
+  }
+  return text;
+}
+
 bool IsSettable(const SystemTime &moment) {
   // The calendar's own types are too narrow for these fields and would wrap.
   constexpr int LastYear = 30827;

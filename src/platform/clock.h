@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 
 #include "base/date_time.h"
 
@@ -32,6 +33,9 @@ enum class ZonePeriod : std::uint32_t {
 
 /// Up to 32 UTF-16 units; shorter names end at the first 0.
 using ZoneName = std::array<char16_t, 32>;
+
+/// A zone's name in Latin-1, with "?" for what that lacks.
+std::string TextOf(const ZoneName &name);
 
 /// The zone in force. Biases are minutes, with UTC = local time + bias: in daylight time
 /// the bias is Bias + DaylightBias, otherwise Bias alone.

@@ -5,17 +5,6 @@
 
 namespace cvl {
 
-namespace {
-
-void AppendName(std::string &text, const ZoneName &name) {
-  for (const char16_t unit : name) {
-    if (unit == 0) return;
-    text += unit < 256 ? static_cast<char>(unit) : '?';
-  }
-}
-
-}  // namespace
-
 TimeEngine::TimeEngine(Clock &clock, const BaseDates &dates, ZoneState &zone, TextBox &svr_current)
     : Clock_(clock), Dates_(dates), Zone_(zone), SvrCurrent_(svr_current) {}
 
@@ -59,13 +48,12 @@ void TimeEngine::GrabLocalTime(SystemTime &record) {
 }
 
 void TimeEngine::svrBIAS() {
-  Zone_.TZName.clear();
   const TimeZoneInformation &zone = Clock_.GetTimeZoneInformation();
   if (zone.Period == ZonePeriod::Daylight) {
-    AppendName(Zone_.TZName, zone.DaylightName);
+    Zone_.TZName = TextOf(zone.DaylightName);
     Zone_.TZBias = AddLong(zone.Bias, zone.DaylightBias);
   } else {
-    AppendName(Zone_.TZName, zone.StandardName);
+    Zone_.TZName = TextOf(zone.StandardName);
     Zone_.TZBias = zone.Bias;
   }
   SvrCurrent_.Tip.Set(" Time Zone: " + Zone_.TZName + " ");

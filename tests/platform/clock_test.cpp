@@ -15,6 +15,18 @@
 namespace cvl {
 namespace {
 
+TEST(ZoneNameText, EndsAtTheTerminatorOrWithTheRecord) {
+  EXPECT_EQ(TextOf(ZoneName{}), "");
+  EXPECT_EQ(TextOf(ZoneNameOf(u"CET")), "CET");
+  ZoneName full;
+  full.fill(u'x');
+  EXPECT_EQ(TextOf(full), std::string(32, 'x'));
+}
+
+TEST(ZoneNameText, HasAQuestionMarkForWhatLatin1Lacks) {
+  EXPECT_EQ(TextOf(ZoneNameOf(u"\u00E4\u00FF\u0100\u6771")), "\xE4\xFF??");
+}
+
 TEST(IsSettable, TakesEachFieldUpToItsEnds) {
   EXPECT_TRUE(IsSettable({1601, 1, 0, 1, 0, 0, 0, 0}));
   EXPECT_TRUE(IsSettable({9999, 12, 6, 31, 23, 59, 59, 999}));

@@ -48,13 +48,7 @@ std::int32_t ResultOf(RegistryFile::Change change) {
 }
 
 RegistryValue ZoneValue(const char *value_name, const ZoneName &zone) {
-  RegistryValue value{value_name, {}};
-  for (const char16_t unit : zone) {
-    if (unit == 0) break;
-    value.Data += unit <= 0xFF ? static_cast<char>(unit) : '?';
-  }
-  value.Data += '\0';
-  return value;
+  return {value_name, TextOf(zone) + '\0'};
 }
 
 }  // namespace
