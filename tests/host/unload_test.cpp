@@ -75,6 +75,34 @@ TEST_F(UnloadTest, EveryWayOutIsTheSame) {
   }
 }
 
+TEST_F(UnloadTest, TheCloseButtonOfAWindowEndsItsListenersToo) {
+  StoreAllServices();
+  Load("-config");
+  ASSERT_TRUE(System.Net.IsListening(13));
+  Server->Unload(UnloadMode::CloseButton);
+  EXPECT_TRUE(System.Loop.IsQuitting());
+  EXPECT_EQ(System.Net.OpenCount(), 0U);
+  EXPECT_FALSE(System.Net.IsDatagramOpen(123));
+}
+
+TEST_F(UnloadTest, ARunBehindAFirstRunOpensNoPortAndStoresTheSame) {
+  System.Store = FakeRegistry();
+  Load();
+  Server->Unload(UnloadMode::FromCode);
+  const auto stored = [this] { return System.Store.Text(FakeRegistry::SettingsKey, "NTP37"); };
+  EXPECT_EQ(stored(), "YES:NO:NO:37");
+
+  TestPlatform next;
+  next.Files.Contents = System.Files.Contents;
+  next.Store = System.Store;
+  CVL_Server server(next.Interfaces(), "");
+  server.Load();
+  EXPECT_EQ(next.Net.OpenCount(), 1U) << "the socket of the sync exchange";
+  EXPECT_FALSE(next.Net.IsListening(37));
+  server.Unload(UnloadMode::FromCode);
+  EXPECT_EQ(next.Store.Text(FakeRegistry::SettingsKey, "NTP37"), "YES:NO:NO:37");
+}
+
 TEST_F(UnloadTest, ASecondUnloadIsHarmless) {
   Load();
   Server->Unload(UnloadMode::FromCode);
