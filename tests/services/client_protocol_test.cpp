@@ -253,6 +253,14 @@ TEST_F(ClientOverUdp, NeverCounts) {
   EXPECT_EQ(State.Requests.ReqUDP3777, 0);
 }
 
+TEST_F(ClientOverUdp, IsLeftOutOfTheTotals) {
+  ShowWindow();
+  Arrive(3777, Request);
+  ASSERT_EQ(Net.Sent.size(), 1U);
+  EXPECT_THAT(State.Status.StatusText, testing::HasSubstr("\r# 0 | /T 0 | /D 0 | /S 0 | /U 0 | "
+                                                          "/CVL 0\r# UDP: 0 --- # TCP: 0\r"));
+}
+
 TEST_F(ClientOverUdp, ShowsAndLogsTheClient) {
   ShowWindow();
   State.Flags.EnableLogging = true;

@@ -53,6 +53,19 @@ TEST_P(ConnectionRequest, IsTakenShownAndCounted) {
   EXPECT_FALSE(IsLit(Udp));
 }
 
+TEST_P(ConnectionRequest, IsCountedWithoutALampInAWindowThatIsNotOfNormalState) {
+  ShowWindow();
+  for (const WindowState state : {WindowState::Minimized, WindowState::Maximized}) {
+    Window.State = state;
+    const std::int32_t before = Count();
+    Ask();
+    EXPECT_EQ(Count(), before + GetParam().Counted);
+    for (const Lamp lamp : {Received, Sent, Udp, Tcp}) {
+      EXPECT_FALSE(IsLit(lamp)) << lamp;
+    }
+  }
+}
+
 TEST_P(ConnectionRequest, PassesUnseenBeforeTheFirstSync) {
   ShowWindow();
   State.Flags.EnableLogging = true;

@@ -36,6 +36,17 @@ TEST_F(TimeOverUdp, AnswersADatagramOfAnySize) {
   EXPECT_EQ(State.Requests.ReqUDP37, 4);
 }
 
+TEST_F(TimeOverUdp, IsCountedWithoutALampInAMinimisedWindow) {
+  ShowWindow();
+  Window.State = WindowState::Minimized;
+  Arrive(37, "any");
+  EXPECT_EQ(State.Requests.ReqUDP37, 1);
+  EXPECT_FALSE(IsLit(Udp));
+  EXPECT_FALSE(IsLit(Received));
+  EXPECT_FALSE(IsLit(Sent));
+  EXPECT_TRUE(IsStatusUp());
+}
+
 TEST_F(TimeOverUdp, SendsAZeroByteAsZero) {
   Clock.StandAtUtc(DateTime::Of(1900, 1, 1).Plus(0x01000000 / SecondsPerDay));
   Arrive(37, "any");
