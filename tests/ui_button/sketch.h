@@ -8,13 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <iomanip>
-#include <map>
 #include <sstream>
-#include <string>
-#include <utility>
+#include <vector>
 
 #include "ui/button/canvas.h"
 
@@ -24,12 +23,15 @@ namespace cvl {
 class Sketch {
  public:
   Sketch(int width, int height, std::uint32_t ground)
-      : Width(width), Height(height), Ground_(ground) {}
+      : Width(width), Height(height), Dots_(Index(0, height), ground) {}
 
   const int Width;
   const int Height;
 
-  void Dot(int x, int y, std::uint32_t colour) { Dots_[{x, y}] = colour; }
+  /// Nothing outside of the sheet.
+  void Dot(int x, int y, std::uint32_t colour) {
+    if (x >= 0 && x < Width && y >= 0 && y < Height) Dots_[Index(x, y)] = colour;
+  }
 
   /// From the first point to, but without, the second, across or downwards.
   void Stroke(int x1, int y1, int x2, int y2, std::uint32_t colour) {
@@ -56,14 +58,15 @@ class Sketch {
     }
   }
 
-  std::uint32_t At(int x, int y) const {
-    const auto dot = Dots_.find({x, y});
-    return dot == Dots_.end() ? Ground_ : dot->second;
-  }
+  std::uint32_t At(int x, int y) const { return Dots_[Index(x, y)]; }
 
  private:
-  std::uint32_t Ground_;
-  std::map<std::pair<int, int>, std::uint32_t> Dots_;
+  std::size_t Index(int x, int y) const {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(Width) +
+           static_cast<std::size_t>(x);
+  }
+
+  std::vector<std::uint32_t> Dots_;
 };
 
 /// Each component of 0xRRGGBB with a number added, stopping at 0 and 255.
