@@ -2,13 +2,14 @@
 
 #include <arpa/inet.h>
 #include <netinet/udp.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <system_error>
+
+#include "bench/monotonic.h"
 
 namespace cvl::bench {
 
@@ -36,12 +37,6 @@ void PauseUntil(std::int64_t moment_ns) {
 }
 
 }  // namespace
-
-std::int64_t MonotonicNs() {
-  timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return static_cast<std::int64_t>(now.tv_sec) * 1000000000 + now.tv_nsec;
-}
 
 LoadGenerator::LoadGenerator(std::uint16_t port, EchoAt echo_at)
     : Socket_(socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)),

@@ -9,16 +9,9 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
-namespace cvl::bench {
+#include "bench/contest.h"
 
-/// What one run has seen.
-struct LoadResult {
-  std::int64_t Answers = 0;  ///< 48 bytes, to a request that was waited for
-  std::int64_t Lost = 0;     ///< requests without an answer within LossNs; each is replaced
-  std::int64_t Late = 0;     ///< answers to requests that had been given up
-  std::int64_t Wrong = 0;    ///< answers of another length, or to no request of ours
-  std::int64_t ElapsedNs = 0;
-};
+namespace cvl::bench {
 
 /// Where a server puts the eight bytes by which an answer is known: those of the transmit
 /// field of the request.
@@ -76,8 +69,5 @@ class LoadGenerator {
   std::array<iovec, MostAtOnce> Vectors_{};
   std::array<mmsghdr, MostAtOnce> Headers_{};
 };
-
-/// The monotonic clock.
-std::int64_t MonotonicNs();
 
 }  // namespace cvl::bench

@@ -46,7 +46,8 @@ void EnterOwnNetwork(char **arguments) {
   char self[] = "/proc/self/exe";
   char path[4096] = {};
   if (readlink(self, path, sizeof path - 1) < 0) RaiseSystemError(self);
-  std::vector<const char *> command{"unshare", "--user", "--map-root-user", "--net", path};
+  std::vector<const char *> command{"unshare", "--user", "--map-root-user", "--net",
+                                    "--pid",   "--fork", "--kill-child",    path};
   for (char **argument = arguments + 1; *argument != nullptr; ++argument) {
     command.push_back(*argument);
   }

@@ -22,13 +22,14 @@ ScratchHome::ScratchHome(const std::string &upstream, const std::string &ntp_por
       << "Windows Registry Editor Version 5.00\n\n"
          "[HKEY_LOCAL_MACHINE\\Software\\Chronvale Server]\n"
          "\"Settings\"=\"NO:59:Minutes/s:NA:36\"\n"
-         "\"NTP37\"=\"YES:YES:YES:37\"\n"
+         "\"UseJulian\"=\"YES\"\n"
+         "\"NTP37\"=\"YES:YES:YES:1037\"\n"
          "\"SNTP123\"=\"YES:YES:YES:"
       << ntp_port
       << "\"\n"
          "\"UNIX519\"=\"YES:YES:NO:519\"\n"
          "\"CVL3777\"=\"YES:YES:YES:3777\"\n"
-         "\"DTS13\"=\"YES:YES:YES:13\"\n";
+         "\"DTS13\"=\"YES:YES:YES:1013\"\n";
   setenv("CHRONVALE_HOME", Directory_.c_str(), 1);
 }
 

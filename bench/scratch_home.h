@@ -6,10 +6,14 @@
 
 namespace cvl::bench {
 
+/// The ports of Time and Daytime there. Theirs by right belong to whom they are compared with.
+inline constexpr int ScratchTimePort = 1037;
+inline constexpr int ScratchDaytimePort = 1013;
+
 /// Makes a directory that holds a server file with one upstream, and settings in which all
-/// services are on, NTP on a port of choice. It is the program directory of this process
-/// and its children. Make it before the platform, which reads the variable once. Raises
-/// std::system_error when the system refuses.
+/// services are on, NTP on a port of choice, Daytime with its Julian text. It is the program
+/// directory of this process and its children. Make it before the platform, which reads the
+/// variable once. Raises std::system_error when the system refuses.
 class ScratchHome {
  public:
   ScratchHome(const std::string &upstream, const std::string &ntp_port);

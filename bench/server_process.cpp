@@ -54,10 +54,10 @@ bool ServerProcess::IsRunning() {
   return false;
 }
 
-std::int64_t ServerProcess::ProcessorNs() const {
+std::int64_t ProcessorNsOf(pid_t process) {
   clockid_t clock{};
   timespec used{};
-  if (Process_ < 0 || clock_getcpuclockid(Process_, &clock) != 0 ||
+  if (process <= 0 || clock_getcpuclockid(process, &clock) != 0 ||
       clock_gettime(clock, &used) != 0) {
     return 0;
   }

@@ -10,6 +10,9 @@
 
 namespace cvl::bench {
 
+/// Processor time that PROCESS has used so far, in nanoseconds; 0 when there is no such.
+std::int64_t ProcessorNsOf(pid_t process);
+
 class ServerProcess {
  public:
   /// Starts COMMAND, whose output is thrown away, on the processor CORE alone. Raises
@@ -23,8 +26,10 @@ class ServerProcess {
   /// False once it has ended by itself.
   bool IsRunning();
 
+  pid_t Id() const { return Process_; }
+
   /// Processor time that it has used so far, in nanoseconds.
-  std::int64_t ProcessorNs() const;
+  std::int64_t ProcessorNs() const { return ProcessorNsOf(Process_); }
 
  private:
   pid_t Process_;
