@@ -4,7 +4,6 @@
 #include <string>
 
 #include "base/failure_modes.h"
-#include "base/numbers.h"
 #include "base/version.h"
 
 namespace cvl {
@@ -93,16 +92,10 @@ ClientProtocol::ClientProtocol(const ServiceContext &context) : Context_(context
 }
 
 void ClientProtocol::OnTcpRequest(RequestId request) {
-  if (Context_.IsShut()) return;
-  SlotArray &slots = Context_.Sockets.TCP3777;
-  Context_.ShowClient(client_box::Client, slots[0].RemoteHostIP());
-  const std::int16_t slot = AcceptOn(
-      slots, [this] { return Context_.Sockets.InitTCP3777(); }, request);
-  if (slot == 0) return;
-  RequestCounters &requests = Context_.State.Requests;
-  requests.ReqTCP3777 = AddLong(requests.ReqTCP3777, 1);
-  Context_.Lamp.DataIn();
-  Context_.Lamp.TCPIn();
+  // Nothing is answered yet: the client has 24 bytes to send first.
+  static_cast<void>(Context_.TakeConnection(
+      Context_.Sockets.TCP3777, client_box::Client, Context_.State.Requests.ReqTCP3777,
+      [this] { return Context_.Sockets.InitTCP3777(); }, request));
 }
 
 void ClientProtocol::OnTcpArrival(std::int16_t index, std::int32_t bytes_total) {

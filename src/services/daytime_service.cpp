@@ -15,17 +15,10 @@ DaytimeService::DaytimeService(const ServiceContext &context) : Context_(context
 }
 
 void DaytimeService::OnTcpRequest(RequestId request) {
-  if (Context_.IsShut()) return;
-  SlotArray &slots = Context_.Sockets.TCP13;
-  Context_.ShowClient(client_box::Daytime, slots[0].RemoteHostIP());
-  const std::int16_t slot = AcceptOn(
-      slots, [this] { return Context_.Sockets.InitTCP13(); }, request);
-  if (slot == 0) return;
-  RequestCounters &requests = Context_.State.Requests;
-  requests.ReqTCP13 = AddLong(requests.ReqTCP13, 1);
-  Context_.Lamp.DataIn();
-  Context_.Lamp.TCPIn();
-  SendDS_TCP(slot);
+  const std::int16_t slot = Context_.TakeConnection(
+      Context_.Sockets.TCP13, client_box::Daytime, Context_.State.Requests.ReqTCP13,
+      [this] { return Context_.Sockets.InitTCP13(); }, request);
+  if (slot != 0) SendDS_TCP(slot);
 }
 
 void DaytimeService::SendDS_TCP(std::int16_t index) {

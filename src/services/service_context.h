@@ -2,8 +2,12 @@
 
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
+#include <utility>
 
+#include "base/numbers.h"
 #include "platform/event_loop.h"
 #include "services/service_sockets.h"
 #include "state/main_window.h"
@@ -32,6 +36,22 @@ struct ServiceContext {
   void ShowClient(std::size_t box, const std::string &address) const {
     Window.CVLRemHost[box].SetText(address);
     Window.CVLRemHost[box].Tip.SetMoment(Time.Now());
+  }
+
+  /// What most services do with a request for a connection, unless they are shut: shows the
+  /// client, accepts it on a slot from INIT, counts it and lights the lamps. Returns the slot;
+  /// 0 when there is none, and then nothing is counted. Raises 6 when the counter is full.
+  template <class Init>
+  std::int16_t TakeConnection(SlotArray &slots, std::size_t box, std::int32_t &requests,
+                              Init &&init, RequestId request) const {
+    if (IsShut()) return 0;
+    ShowClient(box, slots[0].RemoteHostIP());
+    const std::int16_t slot = AcceptOn(slots, std::forward<Init>(init), request);
+    if (slot == 0) return 0;
+    requests = AddLong(requests, 1);
+    Lamp.DataIn();
+    Lamp.TCPIn();
+    return slot;
   }
 };
 

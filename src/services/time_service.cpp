@@ -19,17 +19,10 @@ TimeService::TimeService(const ServiceContext &context) : Context_(context) {
 }
 
 void TimeService::OnTcpRequest(RequestId request) {
-  if (Context_.IsShut()) return;
-  SlotArray &slots = Context_.Sockets.TCP37;
-  Context_.ShowClient(client_box::Time, slots[0].RemoteHostIP());
-  const std::int16_t slot = AcceptOn(
-      slots, [this] { return Context_.Sockets.InitTCP37(); }, request);
-  if (slot == 0) return;
-  RequestCounters &requests = Context_.State.Requests;
-  requests.ReqTCP37 = AddLong(requests.ReqTCP37, 1);
-  Context_.Lamp.DataIn();
-  Context_.Lamp.TCPIn();
-  SendNTP_TCP(slot);
+  const std::int16_t slot = Context_.TakeConnection(
+      Context_.Sockets.TCP37, client_box::Time, Context_.State.Requests.ReqTCP37,
+      [this] { return Context_.Sockets.InitTCP37(); }, request);
+  if (slot != 0) SendNTP_TCP(slot);
 }
 
 void TimeService::SendNTP_TCP(std::int16_t index) {
