@@ -2,13 +2,13 @@
 
 #include <syslog.h>
 
+#include "platform/linux/system_log.h"
+
 namespace cvl {
 
 BoxAnswer LoggedMessageBoxes::Show(BoxOwner, BoxStyle style, std::string_view,
                                    std::string_view text) {
-  openlog("CVLServer", 0, LOG_DAEMON);
-  syslog(LOG_INFO, "%.*s", static_cast<int>(text.size()), text.data());
-  closelog();
+  WriteSystemLog(LOG_INFO, text);
   return UnseenAnswer(style);
 }
 

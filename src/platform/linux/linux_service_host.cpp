@@ -9,14 +9,13 @@
 #include <utility>
 
 #include "base/runtime_error.h"
+#include "base/text.h"
+#include "platform/linux/system_log.h"
 #include "platform/linux/systemd_unit.h"
 
 namespace cvl {
 
 namespace {
-
-/// The name under which the records stand in the system log.
-constexpr const char *Identifier = "CVLServer";
 
 /// The type of an event record that only informs.
 constexpr int InformationType = 4;
@@ -95,10 +94,8 @@ bool LinuxServiceHost::Uninstall() {
 }
 
 void LinuxServiceHost::LogEvent(int type, int id, std::string_view text) {
-  openlog(Identifier, 0, LOG_DAEMON);
-  syslog(type == InformationType ? LOG_INFO : LOG_ERR, "%d %d %.*s", type, id,
-         static_cast<int>(text.size()), text.data());
-  closelog();
+  WriteSystemLog(type == InformationType ? LOG_INFO : LOG_ERR,
+                 Joined({std::to_string(type), " ", std::to_string(id), " ", text}));
 }
 
 void LinuxServiceHost::StartService() {
