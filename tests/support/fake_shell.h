@@ -31,6 +31,13 @@ class FakeShell final : public Shell {
     Calls.push_back({message, icon.Icon, icon.Tip});
   }
 
+  void SetForegroundWindow() override {
+    if (Journal_ != nullptr) Journal_->Add("foreground");
+    ++ForegroundCalls;
+  }
+
+  int ForegroundCalls = 0;
+
  private:
   CallJournal *Journal_;
 };

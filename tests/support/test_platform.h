@@ -53,8 +53,12 @@ class FakeDesktop final : public Desktop {
 
   /// What stands in the way of a window.
   std::string InTheWay;
+  /// Addresses that were opened.
+  std::vector<std::string> Opened;
 
   std::string Obstacle() override;
+  void OpenAddress(const std::string &address) override { Opened.push_back(address); }
+  void OpenDateAndTime() override { Journal_.Add("date and time dialog"); }
 
  private:
   CallJournal &Journal_;

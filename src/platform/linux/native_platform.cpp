@@ -28,10 +28,10 @@ struct NativePlatform::Parts {
   LinuxResolver Names{Loop};
   LinuxHost Machine{ProgramFiles.ProgramDirectory()};
   NoTray Tray;
-  LinuxDesktop Screen;
   LinuxRegistryStore Store{LinuxRegistryStore::UsualPath(ProgramFiles), MachineClock};
   LoggedMessageBoxes Boxes;
   LinuxProgramStarter Programs;
+  LinuxDesktop Screen{Programs};
 };
 
 namespace {
