@@ -103,6 +103,8 @@ struct ButtonProperty {
   Value ButtonProperties::*Field;
   Redo Depends;
 };
+template <class Value>
+ButtonProperty(const char *, Value ButtonProperties::*, Redo) -> ButtonProperty<Value>;
 
 namespace button_property {
 using P = ButtonProperties;

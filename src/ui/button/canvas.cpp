@@ -32,12 +32,13 @@ void Canvas::Line(Point from, Point to, Colour colour) {
   assert(from.X == to.X || from.Y == to.Y);
   const std::uint32_t pixel = PixelOf(colour);
   if (from.Y == to.Y) {
+    if (from.Y < 0 || from.Y >= Height_) return;
     // Backwards the pixel left out is the one furthest left.
     const int left = from.X <= to.X ? from.X : to.X + 1;
     const int right = from.X <= to.X ? to.X : from.X + 1;
     for (int x = std::max(left, 0); x < std::min(right, Width_); ++x)
       PutPixel(x, from.Y, pixel);
-  } else {
+  } else if (from.X >= 0 && from.X < Width_) {
     const int top = from.Y <= to.Y ? from.Y : to.Y + 1;
     const int bottom = from.Y <= to.Y ? to.Y : from.Y + 1;
     for (int y = std::max(top, 0); y < std::min(bottom, Height_); ++y)
