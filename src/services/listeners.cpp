@@ -3,6 +3,7 @@
 #include "base/failure_modes.h"
 #include "base/number_text.h"
 #include "base/numbers.h"
+#include "base/text.h"
 
 namespace cvl {
 
@@ -71,13 +72,18 @@ void Listeners::OpenUdp(const Service &service, std::string_view code, std::int1
 }
 
 void Listeners::ReportTakenPort(std::string_view code, std::int16_t port) {
-  std::string &text = State_.Status.StatusText;
-  text = "That address is already in use.  Please select a different port than " +
-         std::to_string(port) + ".";
-  if (code != Services_.Daytime.TcpCode && code != Services_.Daytime.UdpCode) return;
-  text +=
-      "\rDAYTIME SERVICE SERVER ERROR - PORT: " + Services_.Daytime.PortBox.Text() + " invalid.";
-  if (State_.Flags.Interactive) Window_.Status.Caption = text;
+  const bool is_daytime = code == Services_.Daytime.TcpCode || code == Services_.Daytime.UdpCode;
+  std::string text =
+      Joined({"That address is already in use.  Please select a different port than ",
+              std::to_string(port), "."});
+  if (is_daytime) {
+    text += Joined(
+        {"\rDAYTIME SERVICE SERVER ERROR - PORT: ", Services_.Daytime.PortBox.Text(), " invalid."});
+  }
+  State_.Status.StatusText.Set(std::move(text));
+  if (is_daytime && State_.Flags.Interactive) {
+    Window_.Status.Caption = State_.Status.StatusText.Text();
+  }
 }
 
 }  // namespace cvl

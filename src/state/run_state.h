@@ -11,6 +11,7 @@
 #include "base/date_time.h"
 #include "state/fixed_text.h"
 #include "state/ntp_timestamp.h"
+#include "state/status_line.h"
 
 namespace cvl {
 
@@ -90,7 +91,7 @@ struct StartTexts {
 /// Texts on their way to the window.
 struct StatusState {
   /// What the label Status is to show; the sync tick copies it there. StatusUp, LoadServers.
-  std::string StatusText;
+  StatusLine StatusText;
   /// The tray tip. Sync exchange, load step.
   FixedText<64> TipText;
   /// The tray icon: a number of the image table, 0 for the window's own. UpdateSZTIP.

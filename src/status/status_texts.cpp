@@ -29,23 +29,20 @@ StatusTexts::StatusTexts(RunState &state, MainWindow &window, Panels &panels, La
 void StatusTexts::StatusUp() {
   if (!State_.Flags.Interactive) return;
   const RequestCounters &requests = State_.Requests;
-  const std::int32_t time = AddLong(requests.ReqTCP37, requests.ReqUDP37);
-  const std::int32_t daytime = AddLong(requests.ReqTCP13, requests.ReqUDP13);
-  const std::int32_t ntp = AddLong(requests.ReqTCP123, requests.ReqUDP123);
-  const std::int32_t unix_time = AddLong(requests.ReqTCP519, requests.ReqUDP519);
-  const std::int32_t client = AddLong(requests.ReqTCP3777, requests.ReqUDP3777);
-  const std::int32_t udp = Sum({requests.ReqUDP37, requests.ReqUDP13, requests.ReqUDP123,
-                                requests.ReqUDP519, requests.ReqUDP3777});
-  const std::int32_t tcp = Sum({requests.ReqTCP37, requests.ReqTCP13, requests.ReqTCP123,
-                                requests.ReqTCP519, requests.ReqTCP3777});
-  const std::int32_t total = AddLong(udp, tcp);
-
-  State_.Status.StatusText =
-      "Server Status: " + GeneralText(Time_.Now()) + "\r# " + std::to_string(total) + " | /T " +
-      std::to_string(time) + " | /D " + std::to_string(daytime) + " | /S " + std::to_string(ntp) +
-      " | /U " + std::to_string(unix_time) + " | /CVL " + std::to_string(client) +
-      "\r# UDP: " + std::to_string(udp) + " --- # TCP: " + std::to_string(tcp) +
-      "\rLast Atomic Update: " + GeneralText(State_.Sync.LastSync);
+  StatusFigures figures;
+  figures.Time = AddLong(requests.ReqTCP37, requests.ReqUDP37);
+  figures.Daytime = AddLong(requests.ReqTCP13, requests.ReqUDP13);
+  figures.Ntp = AddLong(requests.ReqTCP123, requests.ReqUDP123);
+  figures.UnixTime = AddLong(requests.ReqTCP519, requests.ReqUDP519);
+  figures.Client = AddLong(requests.ReqTCP3777, requests.ReqUDP3777);
+  figures.Udp = Sum({requests.ReqUDP37, requests.ReqUDP13, requests.ReqUDP123, requests.ReqUDP519,
+                     requests.ReqUDP3777});
+  figures.Tcp = Sum({requests.ReqTCP37, requests.ReqTCP13, requests.ReqTCP123, requests.ReqTCP519,
+                     requests.ReqTCP3777});
+  figures.Total = AddLong(figures.Udp, figures.Tcp);
+  figures.Moment = Time_.Now();
+  figures.LastSync = State_.Sync.LastSync;
+  State_.Status.StatusText.Set(figures);
   Panels_.RefreshCounts();
 }
 

@@ -37,7 +37,7 @@ void SyncSchedule::Tick() {
     });
   }
   if (!State_.Flags.Interactive) return;
-  const std::string &status = State_.Status.StatusText;
+  const std::string &status = State_.Status.StatusText.Text();
   if (Window_.Status.Caption != status) {
     if (!status.empty()) {
       Window_.Status.Caption = status;

@@ -1,5 +1,7 @@
 #include "ui/panels.h"
 
+#include "base/text.h"
+
 namespace cvl {
 
 /// What belongs to a panel.
@@ -47,7 +49,7 @@ void Panels::CVLSelected(std::int16_t node) {
     Window_.CVLRemHost[panel].Visible = up;
   }
   BuildText();
-  if (State_.Flags.Interactive) Window_.svrStatlbl.Caption = StatusText_;
+  if (State_.Flags.Interactive) Window_.svrStatlbl.Caption = StatusText();
 }
 
 void Panels::ReadBoxes() {
@@ -68,11 +70,15 @@ void Panels::RefreshCounts() {
   BuildText();
 }
 
-void Panels::BuildText() {
-  StatusText_ = std::string("Server is: ") + (PanelEnabled_ ? "Enabled" : "Disabled") + "\r\n" +
-                (PanelTCP_ ? "TCP: ON - " : "TCP: OFF - ") + (PanelUDP_ ? "UDP: ON" : "UDP: OFF") +
-                "\r\nRequests: " + std::to_string(TcpCount_) + "/t - " + std::to_string(UdpCount_) +
-                "/u";
+const std::string &Panels::StatusText() const {
+  if (TextIsStale_) {
+    StatusText_ = Joined(
+        {"Server is: ", PanelEnabled_ ? "Enabled" : "Disabled", "\r\n",
+         PanelTCP_ ? "TCP: ON - " : "TCP: OFF - ", PanelUDP_ ? "UDP: ON" : "UDP: OFF",
+         "\r\nRequests: ", std::to_string(TcpCount_), "/t - ", std::to_string(UdpCount_), "/u"});
+    TextIsStale_ = false;
+  }
+  return StatusText_;
 }
 
 }  // namespace cvl

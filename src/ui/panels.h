@@ -31,13 +31,13 @@ class Panels {
   void RefreshCounts();
 
   /// Three lines: enabled or not, the transports, the requests.
-  const std::string &StatusText() const { return StatusText_; }
+  const std::string &StatusText() const;
 
  private:
   struct Row;
 
   void ReadBoxes();
-  void BuildText();
+  void BuildText() { TextIsStale_ = true; }
 
   MainWindow &Window_;
   const RunState &State_;
@@ -48,7 +48,9 @@ class Panels {
   bool PanelUDP_ = false;
   std::int32_t TcpCount_ = 0;
   std::int32_t UdpCount_ = 0;
-  std::string StatusText_;
+  // Made when somebody reads it: requests change the figures far more often than that.
+  mutable std::string StatusText_;
+  mutable bool TextIsStale_ = false;
 };
 
 }  // namespace cvl

@@ -96,10 +96,10 @@ TEST_F(ControlsTest, AReplyOpensTheServicesAndARequestIsAnswered) {
   EXPECT_EQ(System.Net.Sent[1].To, At("10.0.0.7", 4000));
   EXPECT_THAT(System.Net.Sent[1].Data, SizeIs(48));
   EXPECT_EQ(Server->State.Requests.ReqUDP123, 2);
-  EXPECT_TRUE(Server->State.Status.StatusText.starts_with("Server Status: "));
+  EXPECT_TRUE(Server->State.Status.StatusText.Text().starts_with("Server Status: "));
 
   System.Loop.Advance(1000);
-  EXPECT_EQ(Server->Window.Status.Caption, Server->State.Status.StatusText);
+  EXPECT_EQ(Server->Window.Status.Caption, Server->State.Status.StatusText.Text());
   EXPECT_EQ(Server->Window.LED[3].Image, LampDarkImage);
 }
 

@@ -259,7 +259,7 @@ TEST_F(LoadStepTest, AnIntervalBeyond32BitsEndsTheProgram) {
 TEST_F(LoadStepTest, ATakenPortStopsNothing) {
   System.Net.TakenPorts.insert(123);
   EXPECT_EQ(Load(), Loaded::Running);
-  EXPECT_TRUE(Server->State.Status.StatusText.starts_with(
+  EXPECT_TRUE(Server->State.Status.StatusText.Text().starts_with(
       "That address is already in use.  Please select a different port than 123"));
   EXPECT_EQ(Server->Window.Status.Caption, "Synchronizing CVL Server...please wait.");
 }

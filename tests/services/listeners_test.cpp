@@ -133,9 +133,9 @@ TEST_F(LoadServers, ReportsATakenPort) {
       {"2", "37"},  {"3", "37"},  {"4", "123"},  {"5", "123"},
       {"6", "519"}, {"7", "519"}, {"8", "3777"}, {"9", "3777"}};
   for (const auto &[code, port] : rows) {
-    State.Status.StatusText.clear();
+    State.Status.StatusText.Set("");
     Listening.LoadServers(code);
-    EXPECT_EQ(State.Status.StatusText, InUse + port + ".") << code;
+    EXPECT_EQ(State.Status.StatusText.Text(), InUse + port + ".") << code;
   }
   EXPECT_EQ(Net.OpenCount(), 0U);
 }
@@ -144,9 +144,9 @@ TEST_F(LoadServers, AddsASentenceForDaytime) {
   Net.TakenPorts = {13};
   Window.DS_Ptxt.SetText("0013x");
   for (const char *code : {"0", "1"}) {
-    State.Status.StatusText.clear();
+    State.Status.StatusText.Set("");
     Listening.LoadServers(code);
-    EXPECT_EQ(State.Status.StatusText,
+    EXPECT_EQ(State.Status.StatusText.Text(),
               InUse + "13.\rDAYTIME SERVICE SERVER ERROR - PORT: 0013x invalid.");
   }
 }
@@ -164,7 +164,7 @@ TEST_F(LoadServers, LeavesTheFailuresOfOthersToTheTimer) {
   Net.TakenPorts = {37};
   ShowWindow();
   Listening.LoadServers("3");
-  EXPECT_EQ(State.Status.StatusText, InUse + "37.");
+  EXPECT_EQ(State.Status.StatusText.Text(), InUse + "37.");
   EXPECT_EQ(Window.Status.Caption, "Synchronizing CVL Server...please wait.");
 }
 
@@ -187,7 +187,7 @@ TEST_F(LoadServers, LeavesTheOtherServicesAloneWhenOneFails) {
 TEST_F(LoadServers, CantOpenUnixTimeOverUdpBesideItsListener) {
   Listening.LoadServers("7");
   Listening.LoadServers("6");
-  EXPECT_EQ(State.Status.StatusText, InUse + "519.");
+  EXPECT_EQ(State.Status.StatusText.Text(), InUse + "519.");
   EXPECT_EQ(Sockets.UDP519.State(), SocketState::Closed);
   EXPECT_TRUE(Net.IsListening(519));
 }
@@ -196,7 +196,7 @@ TEST_F(LoadServers, CantOpenTheListenerOfUnixTimeBesideItsUdpSocket) {
   Listening.LoadServers("6");
   EXPECT_FALSE(IsStatusUp());
   Listening.LoadServers("7");
-  EXPECT_EQ(State.Status.StatusText, InUse + "519.");
+  EXPECT_EQ(State.Status.StatusText.Text(), InUse + "519.");
   EXPECT_FALSE(Net.IsListening(519));
 }
 

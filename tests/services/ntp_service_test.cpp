@@ -194,7 +194,7 @@ TEST_F(NtpOverUdp, HasNoReplyInMillisecond999ButALogLine) {
   Clock.StandAtUtc(DateTime::Of(2002, 10, 3, 12, 0, 0), 998);
   EXPECT_EQ(Reply(Bytes(48)).size(), 48U);
   ShowWindow();
-  State.Status.StatusText.clear();
+  State.Status.StatusText.Set("");
   Clock.StandAtUtc(DateTime::Of(2002, 10, 3, 12, 0, 0), 999);
   EXPECT_EQ(Reply(Bytes(48)), Bytes());
   EXPECT_EQ(LogLines().size(), 2U);

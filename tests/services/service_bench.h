@@ -93,7 +93,7 @@ class ServiceTest : public testing::Test {
   bool IsLit(Lamp lamp) const { return Window.LED[lamp].Image == LampLitImage; }
 
   /// Whether StatusUp has been since the window was shown.
-  bool IsStatusUp() const { return !State.Status.StatusText.empty(); }
+  bool IsStatusUp() const { return !State.Status.StatusText.Text().empty(); }
 
   /// The lines of the log of 3 October 2002, without its header.
   std::vector<std::string> LogLines() const {

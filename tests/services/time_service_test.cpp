@@ -132,7 +132,7 @@ TEST_F(TimeOverUdp, HasNoValueFrom2036OnAndGoesOn) {
   Clock.StandAtUtc(LastOfEra);
   Arrive(37, "any");
   EXPECT_EQ(SentBytes(), (Bytes{0xFF, 0xFF, 0xFF, 0xFF}));
-  State.Status.StatusText.clear();
+  State.Status.StatusText.Set("");
   Clock.StandAtUtc(EndOfEra);
   Arrive(37, "any");
   EXPECT_EQ(Net.Sent.size(), 4U);
@@ -198,7 +198,7 @@ TEST_F(TimeOverTcp, ClosesTheSlotAndGoesOnFrom2036On) {
   State.Flags.EnableLogging = true;
   Clock.StandAtUtc(LastOfEra);
   EXPECT_EQ(Dial(37).Received, (Bytes{0xFF, 0xFF, 0xFF, 0xFF}));
-  State.Status.StatusText.clear();
+  State.Status.StatusText.Set("");
   Clock.StandAtUtc(EndOfEra);
   const int appends = Files.Appends;
   const FakeConnection &client = Dial(37);

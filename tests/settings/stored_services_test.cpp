@@ -140,7 +140,7 @@ TEST_F(StoredServices, LeaveTheOthersOpenWhenAPortIsTaken) {
   EXPECT_FALSE(Net.IsListening(37));
   EXPECT_TRUE(Net.IsListening(13));
   EXPECT_TRUE(Net.IsDatagramOpen(13));
-  EXPECT_TRUE(State.Status.StatusText.starts_with("That address is already in use."));
+  EXPECT_TRUE(State.Status.StatusText.Text().starts_with("That address is already in use."));
 }
 
 }  // namespace

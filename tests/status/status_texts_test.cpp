@@ -19,7 +19,7 @@ class StatusUpTest : public StatusTest {
     ShowWindow();
   }
 
-  const std::string &Text() const { return State.Status.StatusText; }
+  const std::string &Text() const { return State.Status.StatusText.Text(); }
 };
 
 TEST_F(StatusUpTest, TheTextSumsUpTheRequests) {
@@ -79,7 +79,7 @@ TEST_F(StatusUpTest, ASumBeyond32BitsRaises6) {
     State.Requests = {};
     State.Requests.*row.One = Most;
     EXPECT_NO_THROW(Texts.StatusUp());
-    State.Status.StatusText = "old";
+    State.Status.StatusText.Set("old");
     State.Requests.*row.Other = 1;
     ExpectRuntimeError(6, [&] { Texts.StatusUp(); });
     EXPECT_EQ(Text(), "old");

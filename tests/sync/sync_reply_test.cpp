@@ -193,7 +193,7 @@ TEST_F(SyncReplyTest, NoStatusTextIsTouched) {
   ShowWindow();
   const std::string tip = Tip();
   Exchange.TakeReply(Reply());
-  EXPECT_EQ(State.Status.StatusText, "");
+  EXPECT_EQ(State.Status.StatusText.Text(), "");
   EXPECT_EQ(Tip(), tip);
   EXPECT_THAT(Net.Sent, SizeIs(1)) << "the request alone";
 }

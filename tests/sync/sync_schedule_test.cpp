@@ -216,7 +216,7 @@ TEST_F(SyncScheduleTest, APauseStopsTheCountWhereItStands) {
 
 TEST_F(SyncScheduleTest, APauseLeavesTheLabelsToo) {
   ShowWindow();
-  State.Status.StatusText = "text";
+  State.Status.StatusText.Set("text");
   State.Flags.ServicePaused = true;
   TickTimes(1);
   EXPECT_EQ(Window.Status.Caption, "Synchronizing CVL Server...please wait.");
@@ -265,7 +265,7 @@ class TickLabelsTest : public SyncScheduleTest {
 
 TEST_F(TickLabelsTest, TheStatusTextIsCopiedToItsLabel) {
   ShowWindow();
-  State.Status.StatusText = "text";
+  State.Status.StatusText.Set("text");
   Schedule.Tick();
   EXPECT_EQ(Window.Status.Caption, "text");
 }
@@ -273,7 +273,7 @@ TEST_F(TickLabelsTest, TheStatusTextIsCopiedToItsLabel) {
 TEST_F(TickLabelsTest, AnEmptyStatusTextLeavesTheLabelBeforeTheFirstSync) {
   ShowWindow();
   Schedule.Tick();
-  EXPECT_EQ(State.Status.StatusText, "");
+  EXPECT_EQ(State.Status.StatusText.Text(), "");
   EXPECT_EQ(Window.Status.Caption, "Synchronizing CVL Server...please wait.");
 }
 
@@ -281,11 +281,11 @@ TEST_F(TickLabelsTest, AnEmptyStatusTextIsBuiltBehindTheFirstSync) {
   ShowWindow();
   State.Flags.TimeSynced = true;
   Schedule.Tick();
-  EXPECT_TRUE(State.Status.StatusText.starts_with("Server Status: 10/3/2002 12:00:00 PM\r"));
+  EXPECT_TRUE(State.Status.StatusText.Text().starts_with("Server Status: 10/3/2002 12:00:00 PM\r"));
   EXPECT_EQ(Window.Status.Caption, "Synchronizing CVL Server...please wait.");
 
   Schedule.Tick();
-  EXPECT_EQ(Window.Status.Caption, State.Status.StatusText);
+  EXPECT_EQ(Window.Status.Caption, State.Status.StatusText.Text());
 }
 
 TEST_F(TickLabelsTest, AFailingStatusUpIsPassedOver) {
@@ -306,7 +306,7 @@ TEST_F(TickLabelsTest, ThePanelTextIsCopiedToItsLabel) {
 }
 
 TEST_F(TickLabelsTest, WithoutAWindowNoLabelChanges) {
-  State.Status.StatusText = "text";
+  State.Status.StatusText.Set("text");
   State.Flags.TimeSynced = true;
   Schedule.Tick();
   EXPECT_EQ(Window.Status.Caption, "Synchronizing CVL Server...please wait.");
@@ -316,7 +316,7 @@ TEST_F(TickLabelsTest, WithoutAWindowNoLabelChanges) {
 TEST_F(TickLabelsTest, TheLabelsComeBehindTheExchange) {
   ShowWindow();
   SecondsOf("1", "Second/s");
-  Schedule.SyncTimeNow = [this] { State.Status.StatusText = "from the exchange"; };
+  Schedule.SyncTimeNow = [this] { State.Status.StatusText.Set("from the exchange"); };
   Schedule.Tick();
   EXPECT_EQ(Window.Status.Caption, "from the exchange");
 }

@@ -130,7 +130,7 @@ TEST_F(TcpTimeTest, AnAdjustmentIsRecordedAndReportedByTheNewTime) {
   EXPECT_EQ(Tip(), Padded("Date/Time Adjusted by 5 second(s)"));
   EXPECT_EQ(Window.Servers.Tip.Text(),
             " 10/3/2002 12:00:05 PM | Date/Time Adjusted by 5 second(s)");
-  EXPECT_TRUE(State.Status.StatusText.ends_with("Last Atomic Update: 10/3/2002 12:00:05 PM"));
+  EXPECT_TRUE(State.Status.StatusText.Text().ends_with("Last Atomic Update: 10/3/2002 12:00:05 PM"));
 }
 
 TEST_F(TcpTimeTest, ARefusedAdjustmentIsRecordedAllTheSame) {
@@ -149,7 +149,7 @@ TEST_F(TcpTimeTest, InMillisecond999TheReferenceAloneStays) {
   Exchange37(Noon + 5);
   EXPECT_EQ(State.Sync.ReferenceStamp, NtpTimestamp{});
   EXPECT_EQ(State.Sync.LastSync, DateTime::Of(2002, 10, 3, 12, 0, 0));
-  EXPECT_NE(State.Status.StatusText, "");
+  EXPECT_NE(State.Status.StatusText.Text(), "");
 }
 
 TEST_F(TcpTimeTest, AnOffsetBeyond32BitsCountsAsNone) {
