@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "controls/control.h"
@@ -10,6 +11,8 @@ namespace cvl {
 
 struct Label : Control {
   std::string Caption;
+  /// Raised when a hand clicks on it.
+  std::function<void()> OnClick;
 };
 
 /// A picture by its number in the image table.

@@ -14,6 +14,7 @@
 #include "controls/check_box.h"
 #include "controls/combo_box.h"
 #include "controls/label.h"
+#include "controls/menu.h"
 #include "controls/text_box.h"
 #include "controls/tree_view.h"
 
@@ -86,6 +87,12 @@ struct MainWindow {
   CheckBox RandomCheck;
   TextBox SyncN{"59", SyncNLength};
   ComboBox SyncIntC{"Minute/s"};
+
+  /// Opens only as a pop-up, over the tray.
+  Menu mnuMain{"Main", {}};
+  MenuEntry mnuShow{"Show Chronvale Server", {}};
+  MenuEntry sep{"-", {}};
+  MenuEntry mnuExit{"Exit", {}};
 };
 
 }  // namespace cvl

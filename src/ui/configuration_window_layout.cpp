@@ -1,0 +1,108 @@
+#include "ui/configuration_window.h"
+
+#include "ui/window_style.h"
+
+namespace cvl {
+
+namespace {
+
+using namespace window_style;
+
+using Window = ConfigurationWindow;
+
+constexpr LayoutRow<Window> Rows[] = {
+    {{.Name = "Frame1",
+      .Kind = ControlKind::Frame,
+      .Parent = "",
+      .At = {0, -90, 5400, 960},
+      .Background = BannerGround},
+     nullptr},
+    {{.Name = "NOLLabel",
+      .Kind = ControlKind::Label,
+      .Parent = "Frame1",
+      .Text = "Chronvale SVR v5.0",
+      .At = {1020, 135, 4290, 390},
+      .TextFont = Title,
+      .TextColour = BannerText},
+     nullptr},
+    {{.Name = "ROT",
+      .Kind = ControlKind::Label,
+      .Parent = "Frame1",
+      .Text = "Advanced Setup Options:  Select your region  and startup options for CVL Server "
+              "Edition.",
+      .At = {1065, 510, 4275, 420},
+      .TextFont = Console,
+      .TextColour = BannerText},
+     nullptr},
+    {{.Name = "Image1",
+      .Kind = ControlKind::Image,
+      .Parent = "Frame1",
+      .At = LogoPlace,
+      .Picture = ImageSource::Logo},
+     nullptr},
+    {{.Name = "Frame2", .Kind = ControlKind::Frame, .Parent = "", .At = {60, 900, 5280, 2910}},
+     nullptr},
+    {{.Name = "RegionLbl",
+      .Kind = ControlKind::Label,
+      .Parent = "Frame2",
+      .Text = "Select What Region this Server will Operate in",
+      .At = {165, 195, 4950, 225},
+      .TextFont = Bold},
+     nullptr},
+    {{.Name = "Regions",
+      .Kind = ControlKind::ComboBox,
+      .Parent = "Frame2",
+      .Text = "North America NA",
+      .At = {165, 450, 4950, 345}},
+     [](Window &window) -> ControlModel { return &window.Regions; }},
+    {{.Name = "closelbl",
+      .Kind = ControlKind::Label,
+      .Parent = "Frame2",
+      .Text = "Select the closest region to you.",
+      .At = {165, 855, 4950, 225}},
+     nullptr},
+    {{.Name = "wc3Logs",
+      .Kind = ControlKind::CheckBox,
+      .Parent = "Frame2",
+      .Text = "Enable Extended WC3 Logging.",
+      .At = {165, 1215, 4950, 240}},
+     [](Window &window) -> ControlModel { return &window.wc3Logs; }},
+    {{.Name = "OpenMin",
+      .Kind = ControlKind::CheckBox,
+      .Parent = "Frame2",
+      .Text = "Open Minimized?",
+      .At = {165, 1515, 4950, 240}},
+     [](Window &window) -> ControlModel { return &window.OpenMin; }},
+    {{.Name = "RunCVL",
+      .Kind = ControlKind::CheckBox,
+      .Parent = "Frame2",
+      .Text = "Run Chronvale Server when Windows Starts.",
+      .At = {165, 1815, 4950, 240}},
+     [](Window &window) -> ControlModel { return &window.RunCVL; }},
+    {{.Name = "CheckUpdate",
+      .Kind = ControlKind::Button,
+      .Parent = "Frame2",
+      .Text = "Check for Software Updates",
+      .At = {165, 2295, 3000, 420}},
+     [](Window &window) -> ControlModel { return &window.CheckUpdate; }},
+    {{.Name = "SelTimeZone",
+      .Kind = ControlKind::Button,
+      .Parent = "Frame2",
+      .Text = "Time Zone",
+      .At = {3315, 2295, 1800, 420}},
+     [](Window &window) -> ControlModel { return &window.SelTimeZone; }},
+    {{.Name = "cfgsvrOK",
+      .Kind = ControlKind::Button,
+      .Parent = "",
+      .Text = "OK",
+      .At = {3915, 3960, 1260, 420}},
+     [](Window &window) -> ControlModel { return &window.cfgsvrOK; }},
+};
+
+}  // namespace
+
+WindowLayout ConfigurationWindowLayout(ConfigurationWindow &window) {
+  return {"CVL_ConfigSVR", 5400, 4530, PlaceControls<Window>(Rows, window)};
+}
+
+}  // namespace cvl

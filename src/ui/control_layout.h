@@ -1,0 +1,120 @@
+// How a window is laid out: one row for each control, from which any view builds its
+// widgets. Views hold no coordinates, texts or colours of their own.
+//
+//   for (const PlacedControl &control : MainWindowLayout(window).Controls)
+//     Build(*control.Layout, control.Model);
+
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "controls/check_box.h"
+#include "controls/combo_box.h"
+#include "controls/label.h"
+#include "controls/text_box.h"
+#include "controls/tree_view.h"
+
+namespace cvl {
+
+class QRBButtons;
+
+enum class ControlKind {
+  Frame,
+  Label,
+  Image,
+  Tree,
+  TextBox,
+  CheckBox,
+  ComboBox,
+  ImageCombo,
+  Button,
+};
+
+/// Twips to a pixel of a display at its usual size.
+inline constexpr int TwipsPerPixel = 15;
+
+/// Where a control stands inside its parent, in twips.
+struct Place {
+  int Left;
+  int Top;
+  int Width;
+  int Height;
+};
+
+enum class FontFace { Dialog, Arial, LucidaConsole, CourierNew, Terminal };
+
+struct LayoutFont {
+  FontFace Face = FontFace::Dialog;
+  int Pixels = 11;  ///< its size at the display's usual size
+  bool Bold = false;
+};
+
+enum class Alignment { Left, Centre, Right };
+
+/// A colour, 0xRRGGBB; none is the desktop's own.
+using LayoutColour = std::optional<std::uint32_t>;
+
+/// Which picture an image control shows.
+enum class ImageSource { None, ImageTable, Logo };
+
+struct ControlLayout {
+  std::string_view Name;
+  int Index = -1;  ///< the place in an array of controls; -1 for a control by itself
+  ControlKind Kind;
+  std::string_view Parent;  ///< empty for the window itself
+  int ParentIndex = -1;
+  std::string_view Text{};  ///< at design
+  Place At;
+  LayoutFont TextFont{};
+  LayoutColour TextColour{};
+  LayoutColour Background{};
+  Alignment Align = Alignment::Left;
+  bool Visible = true;  ///< at design
+  bool Locked = false;  ///< no hand writes into it
+  std::size_t MaxLength = 0;
+  std::string_view Tip{};
+  ImageSource Picture = ImageSource::None;
+};
+
+/// The model behind a control. Frames, labels and pictures that never change have none.
+using ControlModel = std::variant<std::monostate, Control *, Label *, Picture *, TextBox *,
+                                  CheckBox *, ComboBox *, ImageCombo *, TreeView *, QRBButtons *>;
+
+struct PlacedControl {
+  const ControlLayout *Layout;
+  ControlModel Model;
+};
+
+/// A window: its inner size in twips, and its controls, parents before children.
+struct WindowLayout {
+  std::string_view Name;
+  int Width;
+  int Height;
+  std::vector<PlacedControl> Controls;
+};
+
+/// A row of a window's table: a control, and how to find its model in the window.
+template <class Window>
+struct LayoutRow {
+  ControlLayout Layout;
+  ControlModel (*ModelIn)(Window &);
+};
+
+/// The controls of WINDOW by its table.
+template <class Window>
+std::vector<PlacedControl> PlaceControls(std::span<const LayoutRow<Window>> rows, Window &window) {
+  std::vector<PlacedControl> controls;
+  controls.reserve(rows.size());
+  for (const LayoutRow<Window> &row : rows) {
+    controls.push_back(
+        {&row.Layout, row.ModelIn == nullptr ? ControlModel() : row.ModelIn(window)});
+  }
+  return controls;
+}
+
+}  // namespace cvl
