@@ -21,6 +21,8 @@ CVL_Server::CVL_Server(const Platform &platform, std::string command_tail)
       Panels_(Window, State),
       Lamps_(Window, State.Flags),
       Texts_(State, Window, Panels_, Lamps_, Time_, platform.Tray),
+      Tray_(Window, State, Panels_, Texts_, platform.Tray),
+      Others_(platform.Loop, Window, State),
       Log_(State, Time_, platform.ProgramFiles),
       StatusTick_(State, Window, Lamps_, Time_, platform.Loop),
       SvrTime_(platform.Loop, TickMs),
@@ -49,6 +51,7 @@ CVL_Server::CVL_Server(const Platform &platform, std::string command_tail)
                Layer_}),
       ServiceStatus_(State, Services_, Listeners_, platform.CVLService) {
   ConnectControls();
+  ConnectWindows();
   ConnectServiceEvents();
 }
 
@@ -62,7 +65,7 @@ void CVL_Server::ConnectControls() {
   SyncNow_.OnTimer = [this] { Schedule_.Tick(); };
   Schedule_.SyncTimeNow = [this] { Exchange_.SyncTimeNow(); };
   Settings_.QRBUpdate = [this] { Update_.QRBUpdate(); };
-  Update_.CheckUpdate = [this]() -> Control & { return CheckUpdate_; };
+  Update_.CheckUpdate = [this]() -> Control & { return Others_.Configuration().CheckUpdate; };
   Settings_.SyncTimeNow = [this] { Exchange_.SyncTimeNow(); };
   Exchange_.CloseTcpTime = [this] { TcpTime_.tcpTime().Close(); };
   Window.Servers.OnClick = [this] { Servers_.ChooseSelected(); };
@@ -71,7 +74,6 @@ void CVL_Server::ConnectControls() {
   Window.SyncN.OnKeyPress = [this](int key) {
     if (key == EnterKey) Schedule_.CalcIntC();
   };
-  Window.CVL_TV.OnNodeClick = [this](std::int16_t node) { Panels_.CVLSelected(node); };
 }
 
 void CVL_Server::ConnectServiceEvents() {
@@ -144,6 +146,10 @@ void CVL_Server::Unload(UnloadMode mode) {
   ContinueOnFailure steps;
   steps.Step([this] { Settings_.WriteSettings(); });
   steps.Step([this] { Platform_.Tray.Shell_NotifyIcon(TrayMessage::Remove, {}); });
+  steps.Step([this] { Others_.CloseConfiguration(); });
+  steps.Step([this, mode] {
+    if (mode == UnloadMode::CloseButton || ExitRequested_) Others_.CloseAbout();
+  });
   Platform_.Loop.Quit();
 }
 

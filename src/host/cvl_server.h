@@ -28,6 +28,7 @@
 #include "status/request_log.h"
 #include "status/status_texts.h"
 #include "status/status_tick.h"
+#include "status/tray_entry.h"
 #include "sync/server_draw.h"
 #include "sync/server_list.h"
 #include "sync/sync_exchange.h"
@@ -35,6 +36,7 @@
 #include "sync/tcp_time.h"
 #include "time/time_engine.h"
 #include "ui/panels.h"
+#include "ui/secondary_windows.h"
 #include "update/update_client.h"
 
 namespace cvl {
@@ -77,6 +79,10 @@ class CVL_Server {
   /// SETTINGS_OBSTACLE is what keeps the settings from being read, if anything does.
   std::string TerminalReport(const std::string &settings_obstacle) const;
 
+  /// The way of the main window into the tray and back.
+  TrayEntry &Tray() { return Tray_; }
+  SecondaryWindows &Others() { return Others_; }
+
   RunState State;
   MainWindow Window;
 
@@ -94,6 +100,8 @@ class CVL_Server {
   Panels Panels_;
   Lamps Lamps_;
   StatusTexts Texts_;
+  TrayEntry Tray_;
+  SecondaryWindows Others_;
   RequestLog Log_;
   StatusTick StatusTick_;
   Timer SvrTime_;
@@ -115,12 +123,13 @@ class CVL_Server {
   ClientProtocol ClientProtocol_;
   Registry Registry_;
   SettingsStore Settings_;
-  /// The button of the configuration window, which is asked for before there is a window.
-  Control CheckUpdate_;
   UpdateClient Update_;
   ServiceStatus ServiceStatus_;
 
   void ConnectControls();
+  // In window_controls.cpp.
+  void ConnectWindows();
+  void Connect(ConfigurationWindow &window);
   void ConnectServiceEvents();
 
   // The load step, in load_step.cpp.

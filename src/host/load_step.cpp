@@ -160,6 +160,9 @@ void CVL_Server::UninstallService() {
 void CVL_Server::ShowWindow() {
   Platform_.CVLService.Definition.Debug = true;
   Window.Visible = true;
+  // The show comes with a resize; that of a window which starts minimised takes it into the
+  // tray.
+  Tray_.OnResize(Window.State);
   Window.InTaskList = true;
   State.Flags.Interactive = true;
 }

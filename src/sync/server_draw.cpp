@@ -19,7 +19,7 @@ double TimeOfDay(const SystemTime &local) {
 
 }  // namespace
 
-ServerDraw::ServerDraw(MainWindow &window, const RunState &state, ServerList &servers,
+ServerDraw::ServerDraw(MainWindow &window, RunState &state, ServerList &servers,
                        TimeEngine &time)
     : Window_(window), State_(state), Servers_(servers), Time_(time) {}
 
@@ -31,6 +31,11 @@ void ServerDraw::CalcRandR() {
     RegionServers_[static_cast<std::size_t>(RegionCount_)] = ToInteger(item);
     ++RegionCount_;
   }
+}
+
+void ServerDraw::ChooseRegion(std::string_view entry) {
+  State_.RegionCode = entry.substr(0, 2);
+  CalcRandR();
 }
 
 void ServerDraw::GrabRandom() {

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 #include "base/random_generator.h"
 #include "state/main_window.h"
@@ -15,11 +16,15 @@ namespace cvl {
 
 class ServerDraw {
  public:
-  ServerDraw(MainWindow &window, const RunState &state, ServerList &servers, TimeEngine &time);
+  ServerDraw(MainWindow &window, RunState &state, ServerList &servers, TimeEngine &time);
 
   /// Lists the servers of the region anew: the items whose text ends in RegionCode. Raises
   /// 9 when there are more than 300. Failures: neither trap nor continue.
   void CalcRandR();
+
+  /// Draws from another region from now on: the one whose code begins ENTRY. CurrentServer
+  /// stays. Raises what CalcRandR does.
+  void ChooseRegion(std::string_view entry);
 
   /// Draws a server: its host becomes CurrentServer and its item is selected. Without a
   /// server of the region CurrentServer becomes empty, unless an earlier region left its
@@ -34,7 +39,7 @@ class ServerDraw {
   static constexpr std::int32_t MostServers = 300;
 
   MainWindow &Window_;
-  const RunState &State_;
+  RunState &State_;
   ServerList &Servers_;
   TimeEngine &Time_;
   RandomGenerator Random_;

@@ -232,5 +232,20 @@ TEST_F(ServerDrawTest, ChangingTheRegionLeavesCurrentServerUntilTheNextDraw) {
   EXPECT_EQ(Servers.CurrentServer, "a");
 }
 
+TEST_F(ServerDrawTest, ChoosingARegionTakesTheFirstTwoLettersOfItsEntry) {
+  AddServer("a", "Alpha EU");
+  AddServer("b", "Beta NA");
+  Draw.GrabRandom();
+
+  Draw.ChooseRegion("EU - Europe [UK, Spain, Italy, France]");
+  EXPECT_EQ(State.RegionCode, "EU");
+  EXPECT_EQ(Draw.RegionCount(), 1);
+  EXPECT_EQ(Servers.CurrentServer, "b") << "stays until the next draw";
+
+  Draw.ChooseRegion("E");
+  EXPECT_EQ(State.RegionCode, "E");
+  EXPECT_EQ(Draw.RegionCount(), 0);
+}
+
 }  // namespace
 }  // namespace cvl
