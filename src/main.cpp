@@ -7,6 +7,7 @@
 #include "base/failure_modes.h"
 #include "host/cvl_server.h"
 #include "platform/platform.h"
+#include "view/native_window.h"
 
 namespace {
 
@@ -28,7 +29,8 @@ std::string CommandTail(int count, char **arguments) {
 
 int Serve(const std::string &command_tail) {
   cvl::NativePlatform native;
-  const cvl::Platform platform = native.Interfaces();
+  cvl::NativeWindow window(native.Interfaces());
+  const cvl::Platform platform = window.Interfaces();
   platform.Loop.OnFatal = [](const cvl::RuntimeError &error) {
     EndWith(error.Number(), error.what());
   };
@@ -36,7 +38,11 @@ int Serve(const std::string &command_tail) {
   switch (server.Load()) {
     case cvl::Loaded::Running:
       native.ShowAtTerminal(server.TerminalReport(native.SettingsObstacle()));
-      platform.Loop.Run();
+      if (server.State.Flags.Interactive) {
+        window.Run(server);
+      } else {
+        platform.Loop.Run();
+      }
       return EXIT_SUCCESS;
     case cvl::Loaded::NoWindow:
       std::fprintf(stderr, "cvlserver: no window: %s\n", server.Obstacle().c_str());

@@ -1,0 +1,74 @@
+#include "view/qt/fitted_label.h"
+
+#include <QPainter>
+
+#include "view/qt/qt_fonts.h"
+#include "view/qt/qt_text.h"
+
+namespace cvl {
+
+namespace {
+
+int FlagsOf(const ControlLayout &layout) {
+  switch (layout.Align) {
+    case Alignment::Centre:
+      return Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
+    case Alignment::Right:
+      return Qt::AlignRight | Qt::AlignTop | Qt::TextWordWrap;
+    case Alignment::Left:
+      break;
+  }
+  return Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
+}
+
+}  // namespace
+
+FittedLabel::FittedLabel(const ControlLayout &layout, QWidget *parent)
+    : QFrame(parent), Flags_(FlagsOf(layout)) {
+  setFont(FontFor(layout.TextFont));
+  QPalette colours = palette();
+  if (layout.TextColour) {
+    colours.setColor(QPalette::WindowText, QColor(QRgb(*layout.TextColour)));
+  }
+  if (layout.Background) {
+    colours.setColor(QPalette::Window, QColor(QRgb(*layout.Background)));
+    setAutoFillBackground(true);
+  }
+  setPalette(colours);
+  SetText(FromModel(layout.Text));
+}
+
+void FittedLabel::SetText(const QString &text) {
+  if (text == Text_) return;
+  Text_ = text;
+  setAccessibleName(text);
+  update();
+}
+
+QFont FittedLabel::FittingFont() const {
+  return FontThatFits(font(), Text_, contentsRect().size(), Flags_);
+}
+
+void FittedLabel::paintEvent(QPaintEvent *event) {
+  QFrame::paintEvent(event);
+  QPainter painter(this);
+  const QFont fitting = FittingFont();
+  painter.setFont(fitting);
+  painter.setPen(palette().color(QPalette::WindowText));
+  QRect box = contentsRect();
+  const QFontMetrics metrics(fitting);
+  if (metrics.height() > box.height()) {
+    // A line that is lower than its face: its letters are set in the middle of the box.
+    const QRect letters = metrics.tightBoundingRect(Text_);
+    const int baseline = box.top() + (box.height() - letters.height()) / 2 - letters.top();
+    painter.drawText(box.left(), baseline, Text_);
+    return;
+  }
+  painter.drawText(box, Flags_, Text_);
+}
+
+void FittedLabel::mouseReleaseEvent(QMouseEvent *event) {
+  if (event->button() == Qt::LeftButton && rect().contains(event->pos()) && OnClick) OnClick();
+}
+
+}  // namespace cvl

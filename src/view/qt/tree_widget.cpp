@@ -1,0 +1,71 @@
+// The tree of services.
+
+#include <QGuiApplication>
+#include <QTreeWidget>
+#include <QTreeWidgetItem>
+#include <vector>
+
+#include "view/qt/control_widgets.h"
+#include "view/qt/qt_fonts.h"
+#include "view/qt/qt_images.h"
+#include "view/qt/qt_text.h"
+
+namespace cvl {
+
+namespace {
+
+constexpr int NumberRole = Qt::UserRole;
+
+// So that all nodes are seen at once.
+constexpr int RowHeight = 16;
+
+/// Adds the nodes that TREE doesn't show yet. ITEMS are those it shows, by their numbers.
+void AddNodes(QTreeWidget &tree, const TreeView &model, std::vector<QTreeWidgetItem *> &items) {
+  while (items.size() < model.Nodes.size()) {
+    const TreeView::Node &node = model.Nodes[items.size()];
+    auto *item = new QTreeWidgetItem({FromModel(node.Text)});
+    item->setIcon(0, TableIcon(node.Image));
+    item->setSizeHint(0, QSize(0, RowHeight));
+    items.push_back(item);
+    item->setData(0, NumberRole, static_cast<int>(items.size()));
+    if (node.Parent == 0) {
+      tree.addTopLevelItem(item);
+    } else {
+      items[static_cast<std::size_t>(node.Parent - 1)]->addChild(item);
+    }
+  }
+  for (std::size_t at = 0; at < items.size(); ++at) {
+    if (model.Nodes[at].Expanded) items[at]->setExpanded(true);
+  }
+}
+
+}  // namespace
+
+Mirror MakeTree(const ControlLayout &layout, TreeView &model, ViewEvents &events, QWidget *parent) {
+  auto *tree = new QTreeWidget(parent);
+  tree->setHeaderHidden(true);
+  tree->setIconSize(QSize(16, 16));
+  tree->setIndentation(14);
+  tree->setFont(FontFor(layout.TextFont));
+  const auto select = [&model, &events](QTreeWidgetItem *item) {
+    const auto number = static_cast<std::int16_t>(item->data(0, NumberRole).toInt());
+    events.Raise([&] {
+      model.Selected = number;
+      if (model.OnNodeClick) model.OnNodeClick(number);
+    });
+  };
+  // A click selects, also what is selected already; so does a key that moves the selection.
+  QObject::connect(tree, &QTreeWidget::itemClicked, tree,
+                   [select](QTreeWidgetItem *item) { select(item); });
+  QObject::connect(tree, &QTreeWidget::itemSelectionChanged, tree, [tree, select] {
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
+    const QList<QTreeWidgetItem *> selected = tree->selectedItems();
+    if (!selected.isEmpty()) select(selected.first());
+  });
+  return {tree, [tree, &model, items = std::vector<QTreeWidgetItem *>()]() mutable {
+            RefreshControl(*tree, model);
+            if (items.size() < model.Nodes.size()) AddNodes(*tree, model, items);
+          }};
+}
+
+}  // namespace cvl
