@@ -166,7 +166,7 @@ class Phase:
         # The span follows the machine's speed, so that kills go on hitting the writes.
         if left == states[0]:
             self.early += 1
-            self._span *= 1.1
+            self._span *= 1.3
         elif left == states[-1]:
             self.late += 1
             self._span /= 1.3
