@@ -16,7 +16,13 @@ QString TipText(const std::string &tip) {
 
 }  // namespace
 
+void QtTray::Abandon() {
+  static_cast<void>(Entry_.release());
+  Abandoned_ = true;
+}
+
 void QtTray::Shell_NotifyIcon(TrayMessage message, const TrayIcon &icon) {
+  if (Abandoned_) return;
   if (message == TrayMessage::Remove) {
     if (Entry_) Entry_->hide();
     Entry_.reset();

@@ -19,6 +19,9 @@ class QtTray final : public Shell {
   /// Whether the desktop has a tray to go into.
   static bool IsThere() { return QSystemTrayIcon::isSystemTrayAvailable(); }
 
+  /// Its entry went with the display: does nothing from here on.
+  void Abandon();
+
   /// What a hand does to the entry.
   std::function<void(TrayEvent)> OnEvent;
   /// The main window, once there is one.
@@ -29,6 +32,7 @@ class QtTray final : public Shell {
 
   std::unique_ptr<QSystemTrayIcon, void (*)(QSystemTrayIcon *)> Entry_{
       nullptr, [](QSystemTrayIcon *entry) { entry->deleteLater(); }};
+  bool Abandoned_ = false;
 };
 
 }  // namespace cvl

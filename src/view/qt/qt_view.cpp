@@ -16,13 +16,23 @@ namespace {
 // What sockets do is on the window within this time; a hand's own doings at once.
 constexpr int RefreshMs = 40;
 
-/// The toolkit ends the process when it can't open the display that the environment names;
-/// this is the line for the user. What else it says is of interest to nobody.
+/// The view that the toolkit's messages are about.
+QtView *view_of_messages = nullptr;
+
+[[noreturn]] void EndWith(const char *line) {
+  std::fputs(line, stderr);
+  std::fflush(nullptr);
+  std::_Exit(EXIT_FAILURE);
+}
+
+/// The toolkit ends the process when it can't open the display that the environment names,
+/// and when the display goes away under it. Its message comes just before, and nothing else
+/// tells of either. What else it says is of interest to nobody.
 void OnToolkitMessage(QtMsgType type, const QMessageLogContext &, const QString &text) {
-  if (type == QtFatalMsg) {
-    std::fputs("cvlserver: no window: the display cannot be opened\n", stderr);
-    std::fflush(nullptr);
-    std::_Exit(EXIT_FAILURE);
+  if (type == QtFatalMsg) EndWith("cvlserver: no window: the display cannot be opened\n");
+  if (text.contains(QLatin1String("connection broke"))) {
+    if (view_of_messages != nullptr) view_of_messages->OnDisplayGone();
+    EndWith("cvlserver: the display is gone\n");
   }
   const char *trace = std::getenv("CHRONVALE_TRACE");
   if (trace != nullptr && std::string_view(trace) == "1") {
@@ -37,7 +47,13 @@ bool IsSet(const char *name) {
 
 }  // namespace
 
-QtView::QtView() = default;
+QtView::QtView() {
+  view_of_messages = this;
+}
+
+QtView::~QtView() {
+  view_of_messages = nullptr;
+}
 
 std::string QtView::OpenDisplay() {
   if (!IsSet("DISPLAY") && !IsSet("WAYLAND_DISPLAY") && !IsSet("QT_QPA_PLATFORM")) {
@@ -110,6 +126,12 @@ void QtView::Run(const WindowModels &models) {
   Configuration_.reset();
   Menu_.reset();
   Main_.reset();
+}
+
+void QtView::OnDisplayGone() {
+  // Nothing that the program still does may ask the toolkit for anything.
+  Tray_.Abandon();
+  if (Models_) Models_->Loop.Dispatch(Models_->OnSessionEnd);
 }
 
 void QtView::OnServerReady() {

@@ -19,11 +19,17 @@ namespace cvl {
 class QtView final : public WindowModule {
  public:
   QtView();
+  ~QtView() override;
+  QtView(const QtView &) = delete;
+  QtView &operator=(const QtView &) = delete;
 
   std::string OpenDisplay() override;
   Shell &Tray() override { return Tray_; }
   MessageBoxes &Boxes() override { return Boxes_; }
   void Run(const WindowModels &models) override;
+
+  /// The connection to the display has broken: ends the server, while there is time.
+  void OnDisplayGone();
 
   /// Builds the windows without running a loop.
   void Build(const WindowModels &models);
