@@ -1,10 +1,30 @@
 #include "view/qt/qt_message_boxes.h"
 
+#include <QFontMetrics>
+#include <QGridLayout>
 #include <QMessageBox>
+#include <QSpacerItem>
 
 #include "view/qt/qt_text.h"
 
 namespace cvl {
+
+namespace {
+
+// The icon and the buttons of a title bar, whatever the window manager draws there.
+constexpr int TitleBarExtras = 150;
+
+/// Makes BOX as wide as its title needs, which the toolkit leaves out of account.
+void MakeRoomForTitle(QMessageBox &box) {
+  auto *grid = qobject_cast<QGridLayout *>(box.layout());
+  if (grid == nullptr) return;
+  QFont font = box.font();
+  font.setBold(true);
+  const int width = QFontMetrics(font).horizontalAdvance(box.windowTitle()) + TitleBarExtras;
+  grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+}  // namespace
 
 BoxAnswer QtMessageBoxes::Show(BoxOwner owner, BoxStyle style, std::string_view title,
                                std::string_view text) {
@@ -26,6 +46,7 @@ BoxAnswer QtMessageBoxes::Show(BoxOwner owner, BoxStyle style, std::string_view 
       box.setEscapeButton(QMessageBox::No);
       break;
   }
+  MakeRoomForTitle(box);
   switch (box.exec()) {
     case QMessageBox::Yes:
       return BoxAnswer::Yes;
