@@ -98,12 +98,25 @@ struct WindowLayout {
   std::vector<PlacedControl> Controls;
 };
 
-/// A row of a window's table: a control, and how to find its model in the window.
+/// A row of a window's table: a control, and how to find its model in the window; null for
+/// one without a model.
 template <class Window>
 struct LayoutRow {
   ControlLayout Layout;
-  ControlModel (*ModelIn)(Window &);
+  ControlModel (*ModelIn)(Window &) = nullptr;
 };
+
+/// The model of a row that is a member of its window.
+template <auto Member, class Window>
+ControlModel ModelOf(Window &window) {
+  return &(window.*Member);
+}
+
+/// The model of a row that is an element of an array in its window.
+template <auto Array, std::size_t Index, class Window>
+ControlModel ElementOf(Window &window) {
+  return &(window.*Array)[Index];
+}
 
 /// The controls of WINDOW by its table.
 template <class Window>

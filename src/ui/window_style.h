@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <string_view>
+
 #include "ui/control_layout.h"
 
 namespace cvl::window_style {
@@ -16,6 +18,43 @@ inline constexpr LayoutFont Terminal{FontFace::Terminal, 12};
 inline constexpr LayoutColour BannerGround = 0xFFFFFF;
 inline constexpr LayoutColour BannerText = 0x000000;
 
-inline constexpr Place LogoPlace{90, 105, 840, 840};
+/// The banner at the top of a window of that width. It begins above the window.
+constexpr ControlLayout Banner(int width) {
+  return {.Name = "Frame1",
+          .Kind = ControlKind::Frame,
+          .Parent = "",
+          .At = {0, -90, width, 960},
+          .Background = BannerGround};
+}
+
+/// The product's name on the banner.
+constexpr ControlLayout ProductName(std::string_view text, int width) {
+  return {.Name = "NOLLabel",
+          .Kind = ControlKind::Label,
+          .Parent = "Frame1",
+          .Text = text,
+          .At = {1020, 135, width, 390},
+          .TextFont = Title,
+          .TextColour = BannerText};
+}
+
+/// The line below the product's name.
+constexpr ControlLayout Headline(std::string_view text, int width) {
+  return {.Name = "ROT",
+          .Kind = ControlKind::Label,
+          .Parent = "Frame1",
+          .Text = text,
+          .At = {1065, 510, width, 420},
+          .TextFont = Console,
+          .TextColour = BannerText};
+}
+
+constexpr ControlLayout BannerLogo() {
+  return {.Name = "Image1",
+          .Kind = ControlKind::Image,
+          .Parent = "Frame1",
+          .At = {90, 105, 840, 840},
+          .Picture = ImageSource::Logo};
+}
 
 }  // namespace cvl::window_style
