@@ -94,7 +94,7 @@ ClientProtocol::ClientProtocol(const ServiceContext &context) : Context_(context
 void ClientProtocol::OnTcpRequest(RequestId request) {
   // Nothing is answered yet: the client has 24 bytes to send first.
   static_cast<void>(Context_.TakeConnection(
-      Context_.Sockets.TCP3777, client_box::Client, Context_.State.Requests.ReqTCP3777,
+      Context_.Sockets.TCP3777, panel::Client, Context_.State.Requests.ReqTCP3777,
       [this] { return Context_.Sockets.InitTCP3777(); }, request));
 }
 
@@ -133,7 +133,7 @@ void ClientProtocol::OnUdpArrival(std::int32_t bytes_total) {
   Context_.Lamp.UDPIn();
   if (!is_read || bytes_total != MessageBytes) return;
   const std::string &client = socket.RemoteHostIP();
-  mode.Step([&] { Context_.ShowClient(client_box::Client, client); });
+  mode.Step([&] { Context_.ShowClient(panel::Client, client); });
   std::optional<NtpTimestamp> stamp;
   mode.Step([&] { stamp = Context_.Time.GrabCVLST(); });
   if (!IsClientRequest(message)) return;

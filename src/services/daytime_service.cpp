@@ -16,7 +16,7 @@ DaytimeService::DaytimeService(const ServiceContext &context) : Context_(context
 
 void DaytimeService::OnTcpRequest(RequestId request) {
   const std::int16_t slot = Context_.TakeConnection(
-      Context_.Sockets.TCP13, client_box::Daytime, Context_.State.Requests.ReqTCP13,
+      Context_.Sockets.TCP13, panel::Daytime, Context_.State.Requests.ReqTCP13,
       [this] { return Context_.Sockets.InitTCP13(); }, request);
   if (slot != 0) SendDS_TCP(slot);
 }
@@ -34,7 +34,7 @@ void DaytimeService::SendDS_TCP(std::int16_t index) {
   }
   Context_.Loop.RunOnePass();
   slot.Close();
-  mode.Step([&] { Context_.ShowClient(client_box::Daytime, slot.RemoteHostIP()); });
+  mode.Step([&] { Context_.ShowClient(panel::Daytime, slot.RemoteHostIP()); });
   mode.Step([&] { Context_.Texts.StatusUp(); });
 }
 
@@ -49,7 +49,7 @@ void DaytimeService::OnUdpArrival() {
   if (!mode.Step([&] { received = socket.GetText(); })) return;
   Context_.Lamp.DataIn();
   socket.SetRemoteHost(socket.RemoteHostIP());
-  mode.Step([&] { Context_.ShowClient(client_box::Daytime, socket.RemoteHostIP()); });
+  mode.Step([&] { Context_.ShowClient(panel::Daytime, socket.RemoteHostIP()); });
   std::string text;
   mode.Step([&] { text = AnswerText(); });
   if (!state.Flags.TimeSynced) return;

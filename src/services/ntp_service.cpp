@@ -72,7 +72,7 @@ void NtpService::OnUdpArrival(std::int32_t bytes_total) {
     return;
   }
   // The box shows the last peer of the Daytime socket, by a slip that operators know.
-  mode.Step([&] { Context_.ShowClient(client_box::Ntp, Context_.Sockets.UDP13.RemoteHostIP()); });
+  mode.Step([&] { Context_.ShowClient(panel::Ntp, Context_.Sockets.UDP13.RemoteHostIP()); });
   Context_.Lamp.DataIn();
   std::optional<NtpTimestamp> tor_ntp;
   mode.Step([&] { tor_ntp = Context_.Time.GrabTime(); });
@@ -87,7 +87,7 @@ void NtpService::OnTcpRequest(RequestId request) {
   const std::int16_t slot = AcceptOn(
       slots, [this] { return Context_.Sockets.InitTCP123(); }, request);
   if (slot == 0) return;
-  Context_.ShowClient(client_box::Ntp, slots[slot].RemoteHostIP());
+  Context_.ShowClient(panel::Ntp, slots[slot].RemoteHostIP());
   Context_.Lamp.DataIn();
   Context_.Lamp.TCPIn();
 }
@@ -141,7 +141,7 @@ void NtpService::GrabTCP123(const NtpPacket &data_struc, const std::optional<Ntp
   if (index != 0) {
     TcpSocket &slot = Context_.Sockets.TCP123[index];
     if (!mode.Step([&] { slot.SendData(reply); })) {
-      Context_.Window.CVLRemHost[client_box::Ntp].SetText(std::to_string(mode.Number()));
+      Context_.Window.CVLRemHost[panel::Ntp].SetText(std::to_string(mode.Number()));
       slot.Close();
       return;
     }

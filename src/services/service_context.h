@@ -12,6 +12,7 @@
 #include "services/service_sockets.h"
 #include "state/main_window.h"
 #include "state/run_state.h"
+#include "state/service_controls.h"
 #include "status/lamps.h"
 #include "status/request_log.h"
 #include "status/status_texts.h"
@@ -54,14 +55,5 @@ struct ServiceContext {
     return slot;
   }
 };
-
-/// The boxes of the last clients, in the order of the panels.
-namespace client_box {
-inline constexpr std::size_t Time = 0;
-inline constexpr std::size_t Daytime = 1;
-inline constexpr std::size_t Ntp = 2;
-inline constexpr std::size_t Unix = 3;
-inline constexpr std::size_t Client = 4;
-}  // namespace client_box
 
 }  // namespace cvl

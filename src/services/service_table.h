@@ -9,6 +9,7 @@
 
 #include "services/service_sockets.h"
 #include "state/main_window.h"
+#include "state/service_controls.h"
 
 namespace cvl {
 
@@ -29,40 +30,11 @@ struct Service {
 class ServiceTable {
  public:
   ServiceTable(MainWindow &window, ServiceSockets &sockets)
-      : Daytime{"DTS13",       window.eDTS,   window.eTCP13, window.eUDP13, window.DS_Ptxt,
-                sockets.TCP13, sockets.UDP13, "1",           "0",           3},
-        Time{"NTP37",       window.eNTP,   window.eTCP37, window.eUDP37, window.NTP_Ptxt,
-             sockets.TCP37, sockets.UDP37, "3",           "2",           2},
-        Ntp{"SNTP123",
-            window.eSNTP,
-            window.eTCP123,
-            window.eUDP123,
-            window.SNTP_Ptxt,
-            sockets.TCP123,
-            sockets.UDP123,
-            "5",
-            "4",
-            4},
-        Unix{"UNIX519",
-             window.eUnix,
-             window.eTCP519,
-             window.eUDP519,
-             window.Unix_Ptxt,
-             sockets.TCP519,
-             sockets.UDP519,
-             "7",
-             "6",
-             5},
-        Client{"CVL3777",
-               window.eCVLS,
-               window.eTCP3777,
-               window.eUDP3777,
-               window.CVLS_Ptxt,
-               sockets.TCP3777,
-               sockets.UDP3777,
-               "9",
-               "8",
-               6},
+      : Daytime(Make(window, panel::Daytime, "DTS13", sockets.TCP13, sockets.UDP13, "1", "0")),
+        Time(Make(window, panel::Time, "NTP37", sockets.TCP37, sockets.UDP37, "3", "2")),
+        Ntp(Make(window, panel::Ntp, "SNTP123", sockets.TCP123, sockets.UDP123, "5", "4")),
+        Unix(Make(window, panel::Unix, "UNIX519", sockets.TCP519, sockets.UDP519, "7", "6")),
+        Client(Make(window, panel::Client, "CVL3777", sockets.TCP3777, sockets.UDP3777, "9", "8")),
         All{&Daytime, &Time, &Ntp, &Unix, &Client} {}
 
   Service Daytime;
@@ -71,6 +43,25 @@ class ServiceTable {
   Service Unix;
   Service Client;
   std::array<Service *, 5> All;
+
+ private:
+  static Service Make(MainWindow &window, std::size_t panel_index, std::string_view setting,
+                      SlotArray &tcp_slots, Socket &udp_socket, std::string_view tcp_code,
+                      std::string_view udp_code) {
+    // The tree has its root in front of the panels.
+    constexpr std::size_t FirstNode = 2;
+    const ServiceControls &controls = AllServiceControls[panel_index];
+    return {setting,
+            window.*controls.MasterBox,
+            window.*controls.TcpBox,
+            window.*controls.UdpBox,
+            window.*controls.PortBox,
+            tcp_slots,
+            udp_socket,
+            tcp_code,
+            udp_code,
+            static_cast<std::int16_t>(panel_index + FirstNode)};
+  }
 };
 
 }  // namespace cvl

@@ -20,7 +20,7 @@ TimeService::TimeService(const ServiceContext &context) : Context_(context) {
 
 void TimeService::OnTcpRequest(RequestId request) {
   const std::int16_t slot = Context_.TakeConnection(
-      Context_.Sockets.TCP37, client_box::Time, Context_.State.Requests.ReqTCP37,
+      Context_.Sockets.TCP37, panel::Time, Context_.State.Requests.ReqTCP37,
       [this] { return Context_.Sockets.InitTCP37(); }, request);
   if (slot != 0) SendNTP_TCP(slot);
 }
@@ -69,7 +69,7 @@ void TimeService::SendNTP_UDP(const std::string &m_host_ip) {
     if (!mode.Step([&] { socket.SendData(std::span(&byte, 1)); })) return;
     Context_.Lamp.DataOut();
   }
-  Context_.ShowClient(client_box::Time, m_host_ip);
+  Context_.ShowClient(panel::Time, m_host_ip);
   if (Context_.State.Flags.EnableLogging) Log(m_host_ip, socket, "UDP");
 }
 

@@ -36,7 +36,7 @@ void UnixTimeService::OnTcpRequest(RequestId request) {
   RequestCounters &requests = Context_.State.Requests;
   requests.ReqTCP519 = AddLong(requests.ReqTCP519, 1);
   const std::string &client = slots[slot].RemoteHostIP();
-  Context_.ShowClient(client_box::Unix, client);
+  Context_.ShowClient(panel::Unix, client);
   Context_.Lamp.DataIn();
   Context_.Lamp.TCPIn();
   SendUnixTime(slot, client);
@@ -51,7 +51,7 @@ void UnixTimeService::OnUdpArrival() {
   ContinueOnFailure mode;
   if (!mode.Step([&] { socket.GetText(); })) return;
   Context_.Lamp.DataIn();
-  mode.Step([&] { Context_.ShowClient(client_box::Unix, socket.RemoteHostIP()); });
+  mode.Step([&] { Context_.ShowClient(panel::Unix, socket.RemoteHostIP()); });
   mode.Step([&] { SendUnixTime(0, socket.RemoteHostIP()); });
 }
 

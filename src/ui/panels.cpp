@@ -1,33 +1,17 @@
 #include "ui/panels.h"
 
 #include "base/text.h"
+#include "state/service_controls.h"
 
 namespace cvl {
 
-/// What belongs to a panel.
-struct Panels::Row {
-  CheckBox MainWindow::*Enable;
-  CheckBox MainWindow::*Tcp;
-  CheckBox MainWindow::*Udp;
-  std::int32_t RequestCounters::*TcpCount;
-  std::int32_t RequestCounters::*UdpCount;
+namespace {
 
-  static const Row &Of(std::int16_t panel_index) {
-    static constexpr Row Rows[] = {
-        {&MainWindow::eNTP, &MainWindow::eTCP37, &MainWindow::eUDP37, &RequestCounters::ReqTCP37,
-         &RequestCounters::ReqUDP37},
-        {&MainWindow::eDTS, &MainWindow::eTCP13, &MainWindow::eUDP13, &RequestCounters::ReqTCP13,
-         &RequestCounters::ReqUDP13},
-        {&MainWindow::eSNTP, &MainWindow::eTCP123, &MainWindow::eUDP123,
-         &RequestCounters::ReqTCP123, &RequestCounters::ReqUDP123},
-        {&MainWindow::eUnix, &MainWindow::eTCP519, &MainWindow::eUDP519,
-         &RequestCounters::ReqTCP519, &RequestCounters::ReqUDP519},
-        {&MainWindow::eCVLS, &MainWindow::eTCP3777, &MainWindow::eUDP3777,
-         &RequestCounters::ReqTCP3777, &RequestCounters::ReqUDP3777},
-    };
-    return Rows[panel_index];
-  }
-};
+const ServiceControls &ControlsOf(std::int16_t panel_index) {
+  return AllServiceControls[static_cast<std::size_t>(panel_index)];
+}
+
+}  // namespace
 
 void Panels::CVLSelected(std::int16_t node) {
   if (node == 7) {
@@ -53,19 +37,19 @@ void Panels::CVLSelected(std::int16_t node) {
 }
 
 void Panels::ReadBoxes() {
-  const Row &row = Row::Of(PanelIndex_);
-  PanelEnabled_ = (Window_.*row.Enable).IsTicked();
-  PanelTCP_ = (Window_.*row.Tcp).IsTicked();
-  PanelUDP_ = (Window_.*row.Udp).IsTicked();
-  TcpCount_ = State_.Requests.*row.TcpCount;
-  UdpCount_ = State_.Requests.*row.UdpCount;
+  const ServiceControls &service = ControlsOf(PanelIndex_);
+  PanelEnabled_ = (Window_.*service.MasterBox).IsTicked();
+  PanelTCP_ = (Window_.*service.TcpBox).IsTicked();
+  PanelUDP_ = (Window_.*service.UdpBox).IsTicked();
+  TcpCount_ = State_.Requests.*service.TcpCount;
+  UdpCount_ = State_.Requests.*service.UdpCount;
 }
 
 void Panels::RefreshCounts() {
   if (PanelNode_ != 0) {
-    const Row &row = Row::Of(PanelIndex_);
-    TcpCount_ = State_.Requests.*row.TcpCount;
-    UdpCount_ = State_.Requests.*row.UdpCount;
+    const ServiceControls &service = ControlsOf(PanelIndex_);
+    TcpCount_ = State_.Requests.*service.TcpCount;
+    UdpCount_ = State_.Requests.*service.UdpCount;
   }
   BuildText();
 }

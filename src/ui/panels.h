@@ -34,8 +34,6 @@ class Panels {
   const std::string &StatusText() const;
 
  private:
-  struct Row;
-
   void ReadBoxes();
   void BuildText() { TextIsStale_ = true; }
 

@@ -57,8 +57,8 @@ TEST_F(ClientOverTcp, WaitsForTheRequest) {
   EXPECT_EQ(client.Received, Bytes());
   EXPECT_EQ(SlotState(), SocketState::Connected);
   EXPECT_EQ(State.Requests.ReqTCP3777, 1);
-  EXPECT_EQ(Window.CVLRemHost[client_box::Client].Text(), "10.0.0.7");
-  EXPECT_EQ(Window.CVLRemHost[client_box::Client].Tip.Text(), AfternoonTip);
+  EXPECT_EQ(Window.CVLRemHost[panel::Client].Text(), "10.0.0.7");
+  EXPECT_EQ(Window.CVLRemHost[panel::Client].Tip.Text(), AfternoonTip);
   EXPECT_FALSE(IsStatusUp());
 }
 
@@ -265,8 +265,8 @@ TEST_F(ClientOverUdp, ShowsAndLogsTheClient) {
   ShowWindow();
   State.Flags.EnableLogging = true;
   Arrive(3777, Request);
-  EXPECT_EQ(Window.CVLRemHost[client_box::Client].Text(), "10.0.0.7");
-  EXPECT_EQ(Window.CVLRemHost[client_box::Client].Tip.Text(), AfternoonTip);
+  EXPECT_EQ(Window.CVLRemHost[panel::Client].Text(), "10.0.0.7");
+  EXPECT_EQ(Window.CVLRemHost[panel::Client].Tip.Text(), AfternoonTip);
   EXPECT_EQ(LogLines(),
             std::vector<std::string>{AfternoonLine("24 24 0 3777 CVL Server Client UDP - ")});
   EXPECT_TRUE(IsLit(Sent));
@@ -292,7 +292,7 @@ TEST_F(ClientOverUdp, LightsTheLampsForAnyLengthAndAnswers24BytesAlone) {
   }
   EXPECT_EQ(Net.Sent.size(), 0U);
   EXPECT_EQ(Files.Appends, 0);
-  EXPECT_EQ(Window.CVLRemHost[client_box::Client].Text(), "None");
+  EXPECT_EQ(Window.CVLRemHost[panel::Client].Text(), "None");
 }
 
 TEST_F(ClientOverUdp, ShowsButDoesNotAnswerAWrongHead) {
@@ -302,7 +302,7 @@ TEST_F(ClientOverUdp, ShowsButDoesNotAnswerAWrongHead) {
     Arrive(3777, WithHead(head));
   }
   EXPECT_EQ(Net.Sent.size(), 0U);
-  EXPECT_EQ(Window.CVLRemHost[client_box::Client].Text(), "10.0.0.7");
+  EXPECT_EQ(Window.CVLRemHost[panel::Client].Text(), "10.0.0.7");
   EXPECT_EQ(Files.Appends, 0);
   EXPECT_FALSE(IsStatusUp());
 }
@@ -344,7 +344,7 @@ TEST_F(ClientOverUdp, StopsWhenTheDatagramCanNotBeRead) {
   Sockets.UDP3777.OnDataArrival(24);  // there is none
   EXPECT_TRUE(IsLit(Received));
   EXPECT_TRUE(IsLit(Udp));
-  EXPECT_EQ(Window.CVLRemHost[client_box::Client].Text(), "None");
+  EXPECT_EQ(Window.CVLRemHost[panel::Client].Text(), "None");
 }
 
 class GetCVLSM : public ClientProtocolTest {

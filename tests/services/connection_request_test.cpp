@@ -88,15 +88,15 @@ TEST_P(ConnectionRequest, ShowsTheClientByItsOwnAddress) {
 
 INSTANTIATE_TEST_SUITE_P(, ConnectionRequest,
                          testing::Values(Row{"Daytime", 13, "1", &ServiceSockets::TCP13,
-                                             &RequestCounters::ReqTCP13, client_box::Daytime, 1},
+                                             &RequestCounters::ReqTCP13, panel::Daytime, 1},
                                          Row{"Time", 37, "3", &ServiceSockets::TCP37,
-                                             &RequestCounters::ReqTCP37, client_box::Time, 1},
+                                             &RequestCounters::ReqTCP37, panel::Time, 1},
                                          Row{"Ntp", 123, "5", &ServiceSockets::TCP123,
-                                             &RequestCounters::ReqTCP123, client_box::Ntp, 0},
+                                             &RequestCounters::ReqTCP123, panel::Ntp, 0},
                                          Row{"UnixTime", 519, "7", &ServiceSockets::TCP519,
-                                             &RequestCounters::ReqTCP519, client_box::Unix, 1},
+                                             &RequestCounters::ReqTCP519, panel::Unix, 1},
                                          Row{"Client", 3777, "9", &ServiceSockets::TCP3777,
-                                             &RequestCounters::ReqTCP3777, client_box::Client, 1}),
+                                             &RequestCounters::ReqTCP3777, panel::Client, 1}),
                          [](const auto &row) { return std::string(row.param.Name); });
 
 class CountedConnection : public ConnectionRequest {};
@@ -111,13 +111,13 @@ TEST_P(CountedConnection, EndsTheProcessWhenTheCounterIsFull) {
 
 INSTANTIATE_TEST_SUITE_P(, CountedConnection,
                          testing::Values(Row{"Daytime", 13, "1", &ServiceSockets::TCP13,
-                                             &RequestCounters::ReqTCP13, client_box::Daytime, 1},
+                                             &RequestCounters::ReqTCP13, panel::Daytime, 1},
                                          Row{"Time", 37, "3", &ServiceSockets::TCP37,
-                                             &RequestCounters::ReqTCP37, client_box::Time, 1},
+                                             &RequestCounters::ReqTCP37, panel::Time, 1},
                                          Row{"UnixTime", 519, "7", &ServiceSockets::TCP519,
-                                             &RequestCounters::ReqTCP519, client_box::Unix, 1},
+                                             &RequestCounters::ReqTCP519, panel::Unix, 1},
                                          Row{"Client", 3777, "9", &ServiceSockets::TCP3777,
-                                             &RequestCounters::ReqTCP3777, client_box::Client, 1}),
+                                             &RequestCounters::ReqTCP3777, panel::Client, 1}),
                          [](const auto &row) { return std::string(row.param.Name); });
 
 class AcceptOnTest : public ServiceTest {

@@ -106,10 +106,10 @@ TEST_F(DaytimeOverTcp, LogsAFailedSendLikeAGoodOne) {
 
 TEST_F(DaytimeOverTcp, ShowsTheClientOnceMoreBehindTheClose) {
   State.Flags.EnableLogging = true;
-  Files.OnAppend = [&] { Window.CVLRemHost[client_box::Daytime].SetText("somebody else"); };
+  Files.OnAppend = [&] { Window.CVLRemHost[panel::Daytime].SetText("somebody else"); };
   Dial(13);
-  EXPECT_EQ(Window.CVLRemHost[client_box::Daytime].Text(), "10.0.0.7");
-  EXPECT_EQ(Window.CVLRemHost[client_box::Daytime].Tip.Text(), NoonTip);
+  EXPECT_EQ(Window.CVLRemHost[panel::Daytime].Text(), "10.0.0.7");
+  EXPECT_EQ(Window.CVLRemHost[panel::Daytime].Tip.Text(), NoonTip);
 }
 
 TEST_F(DaytimeOverTcp, ClosesASlotByItsCloseEventAndNotByItsErrorEvent) {
@@ -154,8 +154,8 @@ TEST_F(DaytimeOverUdp, LogsTheReceivedText) {
   EXPECT_TRUE(IsLit(Received));
   EXPECT_TRUE(IsLit(Sent));
   EXPECT_TRUE(IsStatusUp());
-  EXPECT_EQ(Window.CVLRemHost[client_box::Daytime].Text(), "10.0.0.7");
-  EXPECT_EQ(Window.CVLRemHost[client_box::Daytime].Tip.Text(), NoonTip);
+  EXPECT_EQ(Window.CVLRemHost[panel::Daytime].Text(), "10.0.0.7");
+  EXPECT_EQ(Window.CVLRemHost[panel::Daytime].Tip.Text(), NoonTip);
 }
 
 TEST_F(DaytimeOverUdp, AnswersAnEmptyDatagramAndLogsItsLength) {
@@ -181,7 +181,7 @@ TEST_F(DaytimeOverUdp, IsCountedAndShownAndNotAnsweredBeforeTheFirstSync) {
   Arrive(13, "any");
   EXPECT_EQ(Net.Sent.size(), 0U);
   EXPECT_EQ(State.Requests.ReqUDP13, 1);
-  EXPECT_EQ(Window.CVLRemHost[client_box::Daytime].Text(), "10.0.0.7");
+  EXPECT_EQ(Window.CVLRemHost[panel::Daytime].Text(), "10.0.0.7");
   EXPECT_TRUE(IsLit(Received));
   EXPECT_FALSE(IsLit(Sent));
   EXPECT_FALSE(IsStatusUp());
@@ -205,7 +205,7 @@ TEST_F(DaytimeOverUdp, StopsWhenTheDatagramCanNotBeReadAndKeepsTheCount) {
   EXPECT_EQ(State.Requests.ReqUDP13, 1);
   EXPECT_TRUE(IsLit(Udp));
   EXPECT_FALSE(IsLit(Received));
-  EXPECT_EQ(Window.CVLRemHost[client_box::Daytime].Text(), "None");
+  EXPECT_EQ(Window.CVLRemHost[panel::Daytime].Text(), "None");
 }
 
 TEST_F(DaytimeOverUdp, EndsTheProcessWhenTheCounterIsFull) {

@@ -115,8 +115,8 @@ TEST_F(NtpOverUdp, ShowsTheLastPeerOfDaytime) {
   Net.Arrive(13, Bob, "any");
   Loop.Drain();
   Reply(Bytes(48));
-  EXPECT_EQ(Window.CVLRemHost[client_box::Ntp].Text(), "10.0.0.8");
-  EXPECT_EQ(Window.CVLRemHost[client_box::Ntp].Tip.Text(), NoonTip);
+  EXPECT_EQ(Window.CVLRemHost[panel::Ntp].Text(), "10.0.0.8");
+  EXPECT_EQ(Window.CVLRemHost[panel::Ntp].Tip.Text(), NoonTip);
 }
 
 TEST_F(NtpOverUdp, LogsAGoodPacketBeforeItAnswers) {
@@ -152,7 +152,7 @@ TEST_F(NtpOverUdp, RefusesAnyOtherLength) {
   EXPECT_TRUE(IsLit(Udp));
   EXPECT_FALSE(IsLit(Received));
   EXPECT_FALSE(IsStatusUp());
-  EXPECT_EQ(Window.CVLRemHost[client_box::Ntp].Text(), "None");
+  EXPECT_EQ(Window.CVLRemHost[panel::Ntp].Text(), "None");
 }
 
 TEST_F(NtpOverUdp, RefusesWhatItCanNotRead) {
@@ -234,7 +234,7 @@ TEST_F(NtpOverUdp, IsSilentAboutAFailedSend) {
   EXPECT_EQ(Reply(Bytes(48)), Bytes());
   EXPECT_TRUE(IsLit(Sent));
   EXPECT_FALSE(IsStatusUp());
-  EXPECT_EQ(Window.CVLRemHost[client_box::Ntp].Text(), "");  // not the failure's number
+  EXPECT_EQ(Window.CVLRemHost[panel::Ntp].Text(), "");  // not the failure's number
 }
 
 TEST_F(NtpOverUdp, EndsTheProcessWhenTheCounterIsFull) {

@@ -116,7 +116,7 @@ TEST_F(NtpOverTcp, ShowsTheNumberOfAFailedSendAndClosesTheSlot) {
     inner(index, bytes);
   };
   Send(client, 48);
-  EXPECT_EQ(Window.CVLRemHost[client_box::Ntp].Text(), "10054");
+  EXPECT_EQ(Window.CVLRemHost[panel::Ntp].Text(), "10054");
   EXPECT_EQ(SlotState(), SocketState::Closed);
   EXPECT_TRUE(IsLit(Sent));
   EXPECT_FALSE(IsStatusUp());

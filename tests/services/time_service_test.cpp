@@ -80,7 +80,7 @@ TEST_F(TimeOverUdp, IsCountedAndNotAnsweredBeforeTheFirstSync) {
   EXPECT_FALSE(IsLit(Sent));
   EXPECT_TRUE(IsStatusUp());
   EXPECT_EQ(Files.Appends, 0);
-  EXPECT_EQ(Window.CVLRemHost[client_box::Time].Text(), "None");
+  EXPECT_EQ(Window.CVLRemHost[panel::Time].Text(), "None");
 }
 
 TEST_F(TimeOverUdp, ShowsAndLogsTheClientBehindTheAnswer) {
@@ -89,8 +89,8 @@ TEST_F(TimeOverUdp, ShowsAndLogsTheClientBehindTheAnswer) {
   std::size_t sent = 0;
   Files.OnAppend = [&] { sent = Net.Sent.size(); };
   Arrive(37, "any");
-  EXPECT_EQ(Window.CVLRemHost[client_box::Time].Text(), "10.0.0.7");
-  EXPECT_EQ(Window.CVLRemHost[client_box::Time].Tip.Text(), NoonTip);
+  EXPECT_EQ(Window.CVLRemHost[panel::Time].Text(), "10.0.0.7");
+  EXPECT_EQ(Window.CVLRemHost[panel::Time].Tip.Text(), NoonTip);
   EXPECT_EQ(LogLines(), std::vector<std::string>{LogLine("4 12 0 37 Time UDP - ")});
   EXPECT_EQ(sent, 4U);
   EXPECT_TRUE(IsLit(Sent));
@@ -105,7 +105,7 @@ TEST_F(TimeOverUdp, EndsWithTheFirstSendThatFails) {
   EXPECT_EQ(Net.Sent.size(), 0U);
   EXPECT_FALSE(IsLit(Sent));
   EXPECT_EQ(Files.Appends, 0);
-  EXPECT_EQ(Window.CVLRemHost[client_box::Time].Text(), "None");
+  EXPECT_EQ(Window.CVLRemHost[panel::Time].Text(), "None");
   EXPECT_EQ(State.Requests.ReqUDP37, 1);
   EXPECT_TRUE(IsStatusUp());
 }
@@ -176,8 +176,8 @@ TEST_F(TimeOverTcp, LogsBeforeItSends) {
 
 TEST_F(TimeOverTcp, ShowsTheMomentOfTheRequest) {
   Dial(37);
-  EXPECT_EQ(Window.CVLRemHost[client_box::Time].Text(), "10.0.0.7");
-  EXPECT_EQ(Window.CVLRemHost[client_box::Time].Tip.Text(), NoonTip);
+  EXPECT_EQ(Window.CVLRemHost[panel::Time].Text(), "10.0.0.7");
+  EXPECT_EQ(Window.CVLRemHost[panel::Time].Tip.Text(), NoonTip);
 }
 
 TEST_F(TimeOverTcp, ClosesTheSlotAndGoesOnWhenASendFails) {

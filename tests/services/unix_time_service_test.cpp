@@ -135,8 +135,8 @@ TEST_F(WokenUnixTime, AnswersStaysOpenAndLogsThePortOfTheListener) {
   EXPECT_EQ(Sockets.UDP519.State(), SocketState::Connected);
   EXPECT_EQ(Sockets.UDP519.RemoteHost(), "10.0.0.9");
   EXPECT_EQ(State.Requests.ReqUDP519, 1);
-  EXPECT_EQ(Window.CVLRemHost[client_box::Unix].Text(), "10.0.0.9");
-  EXPECT_EQ(Window.CVLRemHost[client_box::Unix].Tip.Text(), NoonTip);
+  EXPECT_EQ(Window.CVLRemHost[panel::Unix].Text(), "10.0.0.9");
+  EXPECT_EQ(Window.CVLRemHost[panel::Unix].Tip.Text(), NoonTip);
   ASSERT_EQ(LogLines().size(), 1U);
   EXPECT_NE(LogLines()[0].find(" 4 12 0 519 UnixTime UDP - "), std::string::npos);
   EXPECT_TRUE(IsLit(Sent));
