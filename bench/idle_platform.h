@@ -56,7 +56,7 @@ class IdleNetwork final : public Network {
   Accepted Accept(SocketHandle) override { return {error_number::WouldBlock, {}, {}}; }
   Opened Connect(Endpoint peer) override { return {0, SocketHandle{FirstStream + peer.Port}}; }
   [[nodiscard]] int PendingError(SocketHandle) override { return 0; }
-  Transferred Send(SocketHandle, std::span<const std::uint8_t> bytes) override {
+  Transferred Send(SocketHandle, std::span<const std::uint8_t> bytes, HoldBack) override {
     return {0, bytes.size()};
   }
   Transferred Receive(SocketHandle, std::span<std::uint8_t>) override {
@@ -64,6 +64,7 @@ class IdleNetwork final : public Network {
   }
   [[nodiscard]] int SendTo(SocketHandle socket, std::span<const std::uint8_t> bytes, Endpoint to,
                            Ipv4Address from) override;
+  void Release(SocketHandle) override {}
   void FinishSending(SocketHandle) override {}
   void Close(SocketHandle) override {}
   std::unique_ptr<DatagramBatch> MakeDatagramBatch() override;

@@ -15,7 +15,7 @@ class LingeringCloses::Closing final : public ReadyHandler {
         EndMs_(owner.Loop_.MonotonicMs() + LingerMs) {}
 
   ~Closing() {
-    Owner_.Loop_.Unwatch(Socket_);
+    if (Watched_) Owner_.Loop_.Unwatch(Socket_);
     Owner_.Network_.Close(Socket_);
   }
 
@@ -28,12 +28,21 @@ class LingeringCloses::Closing final : public ReadyHandler {
   /// gone and nothing is left to be done.
   bool SendRest() {
     if (!Unsent_.empty()) {
-      const Network::Transferred sent = Owner_.Network_.Send(Socket_, Unsent_);
+      const Network::Transferred sent = Owner_.Network_.Send(Socket_, Unsent_, HoldBack::No);
       if (sent.Error != 0 && sent.Error != error_number::WouldBlock) return false;
       Unsent_.erase(Unsent_.begin(), Unsent_.begin() + static_cast<std::ptrdiff_t>(sent.Bytes));
     }
     if (Unsent_.empty()) Owner_.Network_.FinishSending(Socket_);
-    Owner_.Loop_.Watch(Socket_, {.Read = !PeerEnded_, .Write = !Unsent_.empty()}, *this);
+    if (Watched_ || !Unsent_.empty()) Watch();
+    return true;
+  }
+
+  /// Sees whether the peer has ended already, and has it watched otherwise. False when
+  /// nothing is left to be done.
+  bool Look() {
+    if (Watched_) return true;
+    if (!Proceed({.Read = true})) return false;
+    Watch();
     return true;
   }
 
@@ -42,6 +51,11 @@ class LingeringCloses::Closing final : public ReadyHandler {
   }
 
  private:
+  void Watch() {
+    Watched_ = true;
+    Owner_.Loop_.Watch(Socket_, {.Read = !PeerEnded_, .Write = !Unsent_.empty()}, *this);
+  }
+
   /// False when the connection is at its end.
   bool Proceed(Readiness readiness) {
     // An error may be no more than the end of both streams, with input still unread: what
@@ -57,7 +71,7 @@ class LingeringCloses::Closing final : public ReadyHandler {
     }
     if (!PeerEnded_) return true;
     // The peer has said all it will, but still takes in what we have left for it.
-    if (!Unsent_.empty()) Owner_.Loop_.Watch(Socket_, {.Write = true}, *this);
+    if (!Unsent_.empty()) Watch();
     return !Unsent_.empty();
   }
 
@@ -66,14 +80,20 @@ class LingeringCloses::Closing final : public ReadyHandler {
   std::vector<std::uint8_t> Unsent_;
   std::int64_t EndMs_;
   bool PeerEnded_ = false;
+  bool Watched_ = false;
 };
 
 LingeringCloses::LingeringCloses(EventLoop &loop, Network &network)
-    : Loop_(loop), Network_(network), Timer_(loop, [this] { Expire(); }) {}
+    : Loop_(loop),
+      Network_(network),
+      LookTimer_(loop, [this] { LookAtUnseen(); }),
+      Timer_(loop, [this] { Expire(); }),
+      FirstUnseen_(Closing_.end()) {}
 
 LingeringCloses::~LingeringCloses() = default;
 
 void LingeringCloses::Add(SocketHandle socket, std::vector<std::uint8_t> unsent) {
+  if (Closing_.size() >= MostLingering) LookAtUnseen();
   if (Closing_.size() >= MostLingering) {
     Network_.Close(socket);
     return;
@@ -81,21 +101,31 @@ void LingeringCloses::Add(SocketHandle socket, std::vector<std::uint8_t> unsent)
   Closing_.push_back(std::make_unique<Closing>(*this, socket, std::move(unsent)));
   Closing &closing = *Closing_.back();
   closing.Place = std::prev(Closing_.end());
+  if (FirstUnseen_ == Closing_.end()) FirstUnseen_ = closing.Place;
   if (!closing.SendRest()) {
     Remove(closing);
     return;
   }
+  if (!LookTimer_.IsRunning()) LookTimer_.Start(LookMs, LoopTimer::Repeat::No);
   if (!Timer_.IsRunning()) Timer_.Start(LingerMs, LoopTimer::Repeat::No);
 }
 
+void LingeringCloses::LookAtUnseen() {
+  while (FirstUnseen_ != Closing_.end()) {
+    Closing &closing = **FirstUnseen_++;
+    if (!closing.Look()) Remove(closing);
+  }
+}
+
 void LingeringCloses::Remove(Closing &closing) {
+  if (FirstUnseen_ == closing.Place) ++FirstUnseen_;
   Closing_.erase(closing.Place);
 }
 
 void LingeringCloses::Expire() {
   const std::int64_t now = Loop_.MonotonicMs();
   while (!Closing_.empty() && Closing_.front()->EndMs() <= now) {
-    Closing_.pop_front();
+    Remove(*Closing_.front());
   }
   if (!Closing_.empty()) {
     Timer_.Start(Closing_.front()->EndMs() - now, LoopTimer::Repeat::No);

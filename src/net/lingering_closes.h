@@ -21,6 +21,9 @@ class LingeringCloses {
   static constexpr std::int64_t LingerMs = 2000;
   /// and beyond this many, connections are closed at once.
   static constexpr std::size_t MostLingering = 1024;
+  /// Most peers end at once. So a connection with nothing left to send isn't watched until it
+  /// has been looked at, after at most this long.
+  static constexpr std::int64_t LookMs = 100;
 
   LingeringCloses(EventLoop &loop, Network &network);
   ~LingeringCloses();
@@ -35,13 +38,16 @@ class LingeringCloses {
  private:
   class Closing;
 
+  void LookAtUnseen();
   void Expire();
   void Remove(Closing &closing);
 
   EventLoop &Loop_;
   Network &Network_;
+  LoopTimer LookTimer_;
   LoopTimer Timer_;
-  std::list<std::unique_ptr<Closing>> Closing_;  // the oldest first
+  std::list<std::unique_ptr<Closing>> Closing_;                // the oldest first
+  std::list<std::unique_ptr<Closing>>::iterator FirstUnseen_;  // those behind it are unseen too
 };
 
 }  // namespace cvl

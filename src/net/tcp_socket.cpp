@@ -96,7 +96,7 @@ void TcpSocket::Close() {
   AcceptPause_.reset();
   if (Handle_ != SocketHandle::None) {
     const bool connected = State_ == SocketState::Connected || State_ == SocketState::Closing;
-    if (connected) Flush();
+    if (connected) Flush(HoldBack::No);
     Unwatch();
     const SocketHandle handle = std::exchange(Handle_, SocketHandle::None);
     if (connected) {
@@ -108,6 +108,7 @@ void TcpSocket::Close() {
   // The flush may have had something to report that now interests nobody.
   BrokenBy_ = 0;
   SendCompletePending_ = false;
+  HeldBack_ = false;
   PostedEvent::Unlink();
   Unread_.clear();
   Unsent_.clear();
@@ -152,17 +153,25 @@ bool TcpSocket::Settle(SettlePoint point) {
     SendRest();
     return true;
   }
-  Flush();
-  // A connection that its handler closes anyway need never be watched.
-  if (point == SettlePoint::NestedPass && !Watched_) return false;
+  if (point == SettlePoint::NestedPass) {
+    // Most handlers that let the loop run close the connection behind it: then answer and
+    // end leave in one segment, and the connection need never be watched.
+    Flush(HoldBack::Yes);
+    if (HeldBack_ || !Watched_) return false;
+  } else {
+    Flush(HoldBack::No);
+    if (HeldBack_ && Handle_ != SocketHandle::None) Layer_.System.Release(Handle_);
+    HeldBack_ = false;
+  }
   UpdateWatch();
   return true;
 }
 
-void TcpSocket::Flush() {
+void TcpSocket::Flush(HoldBack hold_back) {
   if (!Unsent_.empty() && Handle_ != SocketHandle::None && BrokenBy_ == 0) {
-    const Network::Transferred sent = Layer_.System.Send(Handle_, Unsent_);
+    const Network::Transferred sent = Layer_.System.Send(Handle_, Unsent_, hold_back);
     if (sent.Error == 0) {
+      HeldBack_ = hold_back == HoldBack::Yes;
       Unsent_.erase(Unsent_.begin(), Unsent_.begin() + static_cast<std::ptrdiff_t>(sent.Bytes));
     } else if (sent.Error != error_number::WouldBlock) {
       BrokenBy_ = sent.Error;
@@ -201,7 +210,7 @@ void TcpSocket::OnReady(Readiness readiness) {
   } else if (State_ == SocketState::Closing) {
     SendRest();
   } else if (readiness.Write) {
-    Flush();
+    Flush(HoldBack::No);
     UpdateWatch();
   } else if (Events_.DataArrival && (readiness.Read || readiness.Error)) {
     ReadWaiting();
@@ -219,7 +228,7 @@ void TcpSocket::OnReady(Readiness readiness) {
 
 void TcpSocket::SendRest() {
   if (Handle_ == SocketHandle::None) return;
-  Flush();
+  Flush(HoldBack::No);
   if (BrokenBy_ != 0) {
     // Close has been told, and nobody wants to hear of this end a second time.
     BrokenBy_ = 0;
@@ -229,7 +238,11 @@ void TcpSocket::SendRest() {
 }
 
 void TcpSocket::AcceptWaiting() {
-  for (int count = 0; count < MostAccepts && State_ == SocketState::Listening; ++count) {
+  // A pass inside a handler has taken up whoever else was waiting, and the next will.
+  const std::uint64_t passes = Layer_.Loop.Passes();
+  for (int count = 0;
+       count < MostAccepts && State_ == SocketState::Listening && Layer_.Loop.Passes() == passes;
+       ++count) {
     const Network::Accepted accepted = Layer_.System.Accept(Handle_);
     switch (accepted.Error) {
       case 0:

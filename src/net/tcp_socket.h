@@ -93,7 +93,7 @@ class TcpSocket final : public Socket,
   void SendRest();
   void LetGo();
   void Break(int error);
-  void Flush();
+  void Flush(HoldBack hold_back);
   void UpdateWatch();
   void Unwatch();
   void ReleaseHandle();
@@ -103,7 +103,8 @@ class TcpSocket final : public Socket,
   std::int16_t Index_;
   bool Watched_ = false;
   bool SendCompletePending_ = false;
-  int BrokenBy_ = 0;  // told by a send, to be reported as an event
+  bool HeldBack_ = false;  // the system keeps what was sent, for what follows
+  int BrokenBy_ = 0;       // told by a send, to be reported as an event
   std::vector<std::uint8_t> Unread_;
   std::vector<std::uint8_t> Unsent_;
   std::unique_ptr<NameWait> NameWait_;

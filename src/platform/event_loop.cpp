@@ -56,7 +56,11 @@ void EventLoop::Run() {
 void EventLoop::RunOnePass() {
   Settle(SettlePoint::NestedPass);
   if (Depth_ > MostNested || Quitting_) return;
+  // What is left is settled behind its own event, not behind those of the pass.
+  IntrusiveList<Unsettled, SettleTag> left;
+  left.TakeAll(Unsettled_);
   Pass(Waiting::No);
+  Unsettled_.TakeAll(left);
   // Under another loop nobody comes back by himself for what was posted meanwhile.
   if (Depth_ == 0 && !Running_ && !Posted_.IsEmpty()) Kick();
 }
@@ -69,6 +73,7 @@ void EventLoop::Post(PostedEvent &event) {
 
 void EventLoop::Pass(Waiting waiting) {
   const Deeper deeper(Depth_);
+  ++Passes_;
   IntrusiveList<PostedEvent, PostedTag> posted;
   posted.TakeAll(Posted_);
   FireTimers();

@@ -131,6 +131,10 @@ class EventLoop {
   /// Handles what is pending and returns.
   void RunOnePass();
 
+  /// How many passes have begun so far. A handler in which the number grew has let the loop
+  /// look at all sockets.
+  std::uint64_t Passes() const { return Passes_; }
+
   /// Ends Run, and hands out nothing more from here on.
   void Quit() { Quitting_ = true; }
   bool IsQuitting() const { return Quitting_; }
@@ -186,6 +190,7 @@ class EventLoop {
   std::int64_t ArmedMs_ = -1;
   IntrusiveList<PostedEvent, PostedTag> Posted_;
   IntrusiveList<Unsettled, SettleTag> Unsettled_;
+  std::uint64_t Passes_ = 0;
   int Depth_ = 0;
   bool Running_ = false;
   bool Quitting_ = false;

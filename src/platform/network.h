@@ -40,6 +40,9 @@ class DatagramBatch {
 /// Whether a stream socket may take a port whose former connections are in TIME_WAIT.
 enum class Rebind { No, Yes };
 
+/// Whether bytes may wait for what follows them, to leave in one segment with it.
+enum class HoldBack { No, Yes };
+
 class Network {
  public:
   struct Opened {
@@ -84,8 +87,13 @@ class Network {
   /// What has broken a connection, 0 while it stands.
   [[nodiscard]] virtual int PendingError(SocketHandle socket) = 0;
 
-  /// Sends as many of BYTES on a connection as there is room for.
-  virtual Transferred Send(SocketHandle socket, std::span<const std::uint8_t> bytes) = 0;
+  /// Sends as many of BYTES on a connection as there is room for. Held back, they are taken
+  /// and leave with what follows: more bytes, the end of the stream, Release or the closing.
+  virtual Transferred Send(SocketHandle socket, std::span<const std::uint8_t> bytes,
+                           HoldBack hold_back) = 0;
+
+  /// Lets go what was held back.
+  virtual void Release(SocketHandle socket) = 0;
 
   /// Reads what waits on a connection, 0 bytes without an error at the end of the stream.
   virtual Transferred Receive(SocketHandle socket, std::span<std::uint8_t> into) = 0;

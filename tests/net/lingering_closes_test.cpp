@@ -32,13 +32,38 @@ class LingeringClosesTest : public FakeNetTest {
 TEST_F(LingeringClosesTest, EndsOurStreamAtOnceAndWaitsForThePeers) {
   FakeConnection &peer = Connected();
   Close(peer);
-  Loop.Drain();
   EXPECT_TRUE(peer.HasEnded);
+  Loop.Advance(LingeringCloses::LookMs);
   EXPECT_FALSE(peer.IsClosed);
   peer.End();
   Loop.Drain();
   EXPECT_TRUE(peer.IsClosed);
   EXPECT_EQ(Closes.Count(), 0U);
+}
+
+TEST_F(LingeringClosesTest, APeerThatEndsAtOnceIsNeverWatched) {
+  FakeConnection &peer = Connected();
+  Loop.Calls.clear();
+  Close(peer);
+  peer.End();
+  Loop.Advance(LingeringCloses::LookMs);
+  EXPECT_TRUE(peer.IsClosed);
+  EXPECT_EQ(Closes.Count(), 0U);
+  EXPECT_TRUE(Loop.Calls.empty());
+}
+
+TEST_F(LingeringClosesTest, EachIsLookedAtInItsTime) {
+  FakeConnection &early = Connected();
+  Close(early);
+  Loop.Advance(LingeringCloses::LookMs);
+  early.End();
+  Loop.Drain();
+  FakeConnection &late = Connected();
+  Close(late);
+  late.End();
+  Loop.Advance(LingeringCloses::LookMs);
+  EXPECT_TRUE(early.IsClosed);
+  EXPECT_TRUE(late.IsClosed);
 }
 
 TEST_F(LingeringClosesTest, SendsTheRestFirst) {
@@ -76,6 +101,7 @@ TEST_F(LingeringClosesTest, ReadsInputThatNobodyWantedSoThatNothingIsReset) {
   Loop.Drain();
   peer.Send("and more");
   peer.End();
+  Loop.Advance(LingeringCloses::LookMs);
   Loop.Drain();
   EXPECT_TRUE(peer.IsClosed);
   EXPECT_FALSE(peer.WasReset);
@@ -86,6 +112,7 @@ TEST_F(LingeringClosesTest, ReadsWhatLiesBeforeAnEndThatHasComeAlready) {
   peer.Send(std::string(100000, 'x'));
   peer.End();
   Close(peer, "answer");
+  Loop.Advance(LingeringCloses::LookMs);
   Loop.Drain();
   EXPECT_TRUE(peer.IsClosed);
   EXPECT_FALSE(peer.WasReset);
@@ -163,6 +190,19 @@ TEST_F(LingeringClosesTest, BeyondThe1024thConnectionsAreClosedAtOnce) {
   EXPECT_EQ(Closes.Count(), 1024U);
 }
 
+TEST_F(LingeringClosesTest, WithoutRoomThoseWhosePeersHaveEndedGiveWayAtOnce) {
+  FakeConnection &first = Connected();
+  Close(first);
+  while (Closes.Count() < LingeringCloses::MostLingering) {
+    Close(Connected());
+  }
+  first.End();
+  FakeConnection &next = Connected();
+  Close(next);
+  EXPECT_TRUE(first.IsClosed);
+  EXPECT_FALSE(next.IsClosed);
+}
+
 TEST_F(LingeringClosesTest, ABrokenConnectionIsGivenUp) {
   FakeConnection &before = Connected();
   before.Break();
@@ -171,7 +211,7 @@ TEST_F(LingeringClosesTest, ABrokenConnectionIsGivenUp) {
 
   FakeConnection &later = Connected();
   Close(later, "answer");
-  Loop.Drain();
+  Loop.Advance(LingeringCloses::LookMs);
   EXPECT_FALSE(later.IsClosed);
   later.Break();
   Loop.Drain();
@@ -194,6 +234,7 @@ TEST_F(LingeringClosesTest, GivesAllDescriptorsBackAtItsEnd) {
   {
     LingeringCloses closes(Loop, Net);
     closes.Add(peer.Handle(), {});
+    Loop.Advance(LingeringCloses::LookMs);
     EXPECT_TRUE(Loop.IsWatched(peer.Handle()));
   }
   EXPECT_TRUE(peer.IsClosed);

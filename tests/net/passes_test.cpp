@@ -54,6 +54,27 @@ TEST_F(Passes, NestAtMostEightDeepAndDeeperOnesReturn) {
   EXPECT_EQ(depth, 0);
 }
 
+TEST_F(Passes, AConnectionThatItsHandlerClosesBehindAPassIsNotWatchedByTheEventsOfThatPass) {
+  Service.OnAccepted = [&](std::int16_t slot) {
+    Loop.RunOnePass();
+    EXPECT_FALSE(Loop.IsWatched(Net.Connections[static_cast<std::size_t>(slot - 1)].Handle()));
+  };
+  Dial(3);
+  Loop.Drain();
+  EXPECT_EQ(Service.Log.size(), 3U);
+  for (const FakeConnection &client : Net.Connections) {
+    EXPECT_TRUE(Loop.IsWatched(client.Handle()));
+  }
+}
+
+TEST_F(Passes, AListenerAsksNoMoreWhereAPassInsideTheHandlerHasAskedAlready) {
+  Service.OnAccepted = [&](std::int16_t) { Loop.RunOnePass(); };
+  Dial(2);
+  Loop.Drain();
+  EXPECT_EQ(Service.Log.size(), 2U);
+  EXPECT_EQ(Net.Accepts, 2);
+}
+
 TEST_F(Passes, ThatAreTooDeepStillFlushWhatWasSent) {
   int depth = 0;
   bool was_flushed_in_the_deepest = false;

@@ -41,7 +41,7 @@ TEST_F(TcpClosing, InputThatNobodyReadDoesNotTurnTheAnswerIntoAReset) {
   Loop.Drain();
   client.Send("still unwanted");
   client.End();
-  Loop.Drain();
+  Loop.Advance(LingeringCloses::LookMs);
   EXPECT_TRUE(client.IsClosed);
   EXPECT_FALSE(client.WasReset);
   EXPECT_EQ(TextOf(client.Received), "answer");
@@ -152,7 +152,7 @@ TEST_F(TcpClosing, OfABrokenConnectionReportsNothingMore) {
   Slots[1].SendText("answer");
   client.Break();
   Slots[1].Close();
-  Loop.Drain();
+  Loop.Advance(LingeringCloses::LookMs);
   EXPECT_TRUE(Service.Log.empty());
   EXPECT_TRUE(client.IsClosed);
 }

@@ -225,6 +225,7 @@ TEST_F(TimeOverTcp, ClosesASlotByItsCloseAndErrorEvents) {
     }
     Loop.Drain();
     EXPECT_EQ(SlotState(), SocketState::Closed) << ends;
+    Loop.Advance(LingeringCloses::LookMs);
     EXPECT_TRUE(idle.IsClosed);
   }
 }

@@ -194,6 +194,7 @@ int FakeNetwork::Listen(SocketHandle socket) {
 }
 
 Network::Accepted FakeNetwork::Accept(SocketHandle listener) {
+  ++Accepts;
   Bound &bound = BoundOf(listener, Kind::Listener);
   if (bound.Requests.empty()) return {error_number::WouldBlock, SocketHandle::None, {}};
   const int error = NextFailure(Operation::Accept);
@@ -226,7 +227,8 @@ int FakeNetwork::PendingError(SocketHandle socket) {
   return ConnectionOf(socket).TakeError();
 }
 
-Network::Transferred FakeNetwork::Send(SocketHandle socket, std::span<const std::uint8_t> bytes) {
+Network::Transferred FakeNetwork::Send(SocketHandle socket, std::span<const std::uint8_t> bytes,
+                                       HoldBack hold_back) {
   FakeConnection &connection = ConnectionOf(socket);
   if (const int error = NextFailure(Operation::Send); error != 0) return {error, 0};
   if (connection.IsBroken_) {
@@ -239,6 +241,7 @@ Network::Transferred FakeNetwork::Send(SocketHandle socket, std::span<const std:
   const Bytes piece(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length));
   connection.Received.insert(connection.Received.end(), piece.begin(), piece.end());
   connection.Pieces.push_back(piece);
+  connection.IsHeldBack = hold_back == HoldBack::Yes;
   connection.Changed();
   return {0, length};
 }
@@ -266,8 +269,13 @@ int FakeNetwork::SendTo(SocketHandle socket, std::span<const std::uint8_t> bytes
   return 0;
 }
 
+void FakeNetwork::Release(SocketHandle socket) {
+  ConnectionOf(socket).IsHeldBack = false;
+}
+
 void FakeNetwork::FinishSending(SocketHandle socket) {
   FakeConnection &connection = ConnectionOf(socket);
+  connection.IsHeldBack = false;
   connection.HasEnded = true;
   connection.Changed();
 }
@@ -277,6 +285,7 @@ void FakeNetwork::Close(SocketHandle socket) {
   if (connected != Connected_.end()) {
     FakeConnection &connection = *connected->second;
     connection.IsClosed = true;
+    connection.IsHeldBack = false;
     connection.WasReset = !connection.Unread_.empty();
     if (!connection.WasReset) connection.HasEnded = true;
     Connected_.erase(connected);

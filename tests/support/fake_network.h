@@ -85,6 +85,8 @@ class FakeConnection {
   bool IsAccepted = false;
   /// The program's stream has ended in good order.
   bool HasEnded = false;
+  /// What the program sent last still waits for what follows it.
+  bool IsHeldBack = false;
   /// The program closed over input that it hadn't read.
   bool WasReset = false;
   /// The program has given its descriptor back.
@@ -158,6 +160,9 @@ class FakeNetwork final : public Network {
 
   // ---- What the test sees.
 
+  /// How often a listener was asked for its next connection.
+  int Accepts = 0;
+
   struct SentDatagram {
     std::uint16_t Port;  ///< ours
     Endpoint To;
@@ -184,7 +189,9 @@ class FakeNetwork final : public Network {
   Accepted Accept(SocketHandle listener) override;
   Opened Connect(Endpoint peer) override;
   [[nodiscard]] int PendingError(SocketHandle socket) override;
-  Transferred Send(SocketHandle socket, std::span<const std::uint8_t> bytes) override;
+  Transferred Send(SocketHandle socket, std::span<const std::uint8_t> bytes,
+                   HoldBack hold_back) override;
+  void Release(SocketHandle socket) override;
   Transferred Receive(SocketHandle socket, std::span<std::uint8_t> into) override;
   [[nodiscard]] int SendTo(SocketHandle socket, std::span<const std::uint8_t> bytes, Endpoint to,
                            Ipv4Address from) override;

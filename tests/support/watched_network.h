@@ -31,9 +31,11 @@ class WatchedNetwork final : public Network {
   [[nodiscard]] int PendingError(SocketHandle socket) override {
     return Network_.PendingError(socket);
   }
-  Transferred Send(SocketHandle socket, std::span<const std::uint8_t> bytes) override {
-    return Network_.Send(socket, bytes);
+  Transferred Send(SocketHandle socket, std::span<const std::uint8_t> bytes,
+                   HoldBack hold_back) override {
+    return Network_.Send(socket, bytes, hold_back);
   }
+  void Release(SocketHandle socket) override { Network_.Release(socket); }
   Transferred Receive(SocketHandle socket, std::span<std::uint8_t> into) override {
     return Network_.Receive(socket, into);
   }

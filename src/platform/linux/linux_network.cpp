@@ -142,8 +142,10 @@ int LinuxNetwork::PendingError(SocketHandle socket) {
   return SocketErrorOf(error);
 }
 
-Network::Transferred LinuxNetwork::Send(SocketHandle socket, std::span<const std::uint8_t> bytes) {
-  const ssize_t sent = send(Descriptor(socket), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+Network::Transferred LinuxNetwork::Send(SocketHandle socket, std::span<const std::uint8_t> bytes,
+                                        HoldBack hold_back) {
+  const int flags = MSG_NOSIGNAL | (hold_back == HoldBack::Yes ? MSG_MORE : 0);
+  const ssize_t sent = send(Descriptor(socket), bytes.data(), bytes.size(), flags);
   if (sent < 0) return {Failed("send"), 0};
   return {0, static_cast<std::size_t>(sent)};
 }
@@ -152,6 +154,11 @@ Network::Transferred LinuxNetwork::Receive(SocketHandle socket, std::span<std::u
   const ssize_t received = recv(Descriptor(socket), into.data(), into.size(), 0);
   if (received < 0) return {Failed("recv"), 0};
   return {0, static_cast<std::size_t>(received)};
+}
+
+void LinuxNetwork::Release(SocketHandle socket) {
+  // Setting it sends what waits, also where it is set already.
+  Enable(Descriptor(socket), IPPROTO_TCP, TCP_NODELAY, "TCP_NODELAY");
 }
 
 int LinuxNetwork::SendTo(SocketHandle socket, std::span<const std::uint8_t> bytes, Endpoint to,

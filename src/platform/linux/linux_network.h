@@ -19,7 +19,9 @@ class LinuxNetwork final : public Network {
   Accepted Accept(SocketHandle listener) override;
   Opened Connect(Endpoint peer) override;
   [[nodiscard]] int PendingError(SocketHandle socket) override;
-  Transferred Send(SocketHandle socket, std::span<const std::uint8_t> bytes) override;
+  Transferred Send(SocketHandle socket, std::span<const std::uint8_t> bytes,
+                   HoldBack hold_back) override;
+  void Release(SocketHandle socket) override;
   Transferred Receive(SocketHandle socket, std::span<std::uint8_t> into) override;
   [[nodiscard]] int SendTo(SocketHandle socket, std::span<const std::uint8_t> bytes, Endpoint to,
                            Ipv4Address from) override;
