@@ -1,6 +1,7 @@
 #include "bench/connection_load.h"
 
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -17,7 +18,7 @@ namespace cvl::bench {
 namespace {
 
 // A connection that has no end by then is given up.
-constexpr suseconds_t LossUs = 50000;
+constexpr int LossMs = 50;
 
 }  // namespace
 
@@ -27,7 +28,7 @@ ConnectionLoad::ConnectionLoad(std::uint16_t port, std::string request, std::siz
 int ConnectionLoad::Begin() const {
   const int connection = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   if (connection < 0) throw std::system_error(errno, std::generic_category(), "connection load");
-  const timeval patience{0, LossUs};
+  const timeval patience{0, LossMs * 1000};
   sockaddr_in server{};
   server.sin_family = AF_INET;
   server.sin_port = htons(Port_);
@@ -61,18 +62,23 @@ void ConnectionLoad::Finish(int connection, LoadResult &result) const {
 LoadResult ConnectionLoad::Run(std::size_t depth, std::int64_t most_ns) {
   LoadResult result;
   const std::int64_t begin = MonotonicNs();
-  std::vector<int> open;
-  for (std::size_t place = 0; place < depth; ++place) {
-    open.push_back(Begin());
+  std::vector<pollfd> open(depth);
+  for (pollfd &each : open) {
+    each = {Begin(), POLLIN, 0};
   }
-  for (std::size_t oldest = 0; MonotonicNs() - begin < most_ns; oldest = (oldest + 1) % depth) {
-    Finish(open[oldest], result);
-    open[oldest] = Begin();
+  while (MonotonicNs() - begin < most_ns) {
+    // Without any that is ready all are late, and Finish gives each its time.
+    const bool all_late = poll(open.data(), open.size(), LossMs) <= 0;
+    for (pollfd &each : open) {
+      if (!all_late && each.revents == 0 && each.fd >= 0) continue;
+      Finish(each.fd, result);
+      each = {Begin(), POLLIN, 0};
+    }
   }
   result.ElapsedNs = MonotonicNs() - begin;
-  for (const int connection : open) {
+  for (const pollfd &each : open) {
     LoadResult unheard;
-    Finish(connection, unheard);
+    Finish(each.fd, unheard);
   }
   return result;
 }

@@ -16,7 +16,7 @@ class ConnectionLoad {
   /// empty; a whole answer has at least ANSWER_LENGTH bytes.
   ConnectionLoad(std::uint16_t port, std::string request, std::size_t answer_length);
 
-  /// Keeps DEPTH connections open, reading from the oldest, until MOST_NS have passed.
+  /// Keeps DEPTH connections open, each replaced at its end, until MOST_NS have passed.
   LoadResult Run(std::size_t depth, std::int64_t most_ns);
 
   /// Connects until an answer has come. False if there was none within MOST_NS.

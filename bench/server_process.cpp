@@ -18,6 +18,9 @@ namespace {
 
 [[noreturn]] void Become(std::vector<char *> &arguments, int core) {
   StayOnCore(core);
+  // A session of its own, as a daemon has: where the machine is busy with other things, the
+  // scheduler shares it out among sessions.
+  setsid();
   // It ends with us, however we end.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   const int nowhere = open("/dev/null", O_RDWR);

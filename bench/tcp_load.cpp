@@ -28,7 +28,7 @@ using namespace cvl::bench;
 constexpr const char *InetdProgram = "/usr/sbin/inetutils-inetd";
 
 // inetd lets ten connections wait, and the kernel drops what comes beyond.
-constexpr std::size_t Depth = 8;
+constexpr std::size_t Depths[] = {1, 8};
 constexpr std::int64_t RoundNs = 500000000;
 constexpr std::int64_t StartNs = 3000000000;
 
@@ -101,7 +101,9 @@ bool Measure(int rounds) {
         "inetd", inetd.Process(), ConnectionLoad(service.InetdPort, "", service.InetdLength)));
     std::printf("\n%s over TCP", service.Name);
     if (!AllReady(contenders)) return false;
-    Compete(contenders, Depth, rounds);
+    for (const std::size_t depth : Depths) {
+      Compete(contenders, depth, rounds);
+    }
   }
   return true;
 }
