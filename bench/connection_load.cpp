@@ -19,6 +19,7 @@ namespace {
 
 // A connection that has no end by then is given up.
 constexpr int LossMs = 50;
+constexpr timeval Patience{0, LossMs * 1000L};
 
 }  // namespace
 
@@ -28,12 +29,11 @@ ConnectionLoad::ConnectionLoad(std::uint16_t port, std::string request, std::siz
 int ConnectionLoad::Begin() const {
   const int connection = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   if (connection < 0) throw std::system_error(errno, std::generic_category(), "connection load");
-  const timeval patience{0, LossMs * 1000};
   sockaddr_in server{};
   server.sin_family = AF_INET;
   server.sin_port = htons(Port_);
   server.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  if (setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience) != 0 ||
+  if (setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &Patience, sizeof Patience) != 0 ||
       connect(connection, reinterpret_cast<const sockaddr *>(&server), sizeof server) != 0 ||
       (!Request_.empty() && send(connection, Request_.data(), Request_.size(), MSG_NOSIGNAL) < 0)) {
     close(connection);

@@ -67,7 +67,7 @@ class Inetd {
 
  private:
   static std::string WriteConfig(const std::string &directory) {
-    const std::string path = directory + "/inetd.conf";
+    std::string path = directory + "/inetd.conf";
     std::ofstream(path) << "time stream tcp nowait root internal\n"
                            "daytime stream tcp nowait root internal\n";
     return path;
