@@ -123,9 +123,15 @@ void QtView::Run(const WindowModels &models) {
   QObject::connect(Notifier_.get(), &QSocketNotifier::activated, [this] { OnServerReady(); });
   OnServerReady();
   if (!models.Loop.IsQuitting()) QApplication::exec();
+  CloseWindows();
+}
+
+void QtView::CloseWindows() {
   Notifier_.reset();
+  RefreshTimer_->stop();
   Boxes_.WidgetOf = {};
   Tray_.Window = nullptr;
+  Tray_.OnEvent = {};
   About_.reset();
   Configuration_.reset();
   Menu_.reset();

@@ -35,10 +35,13 @@ class QtView final : public WindowModule {
   void Build(const WindowModels &models);
   /// Brings all that is seen up to the models, and ends when the server's loop has.
   void Refresh();
+  /// Takes the windows down. The models are left alone from here on.
+  void CloseWindows();
 
   WindowWidget *Main() const { return Main_.get(); }
   WindowWidget *Configuration() const { return Configuration_.get(); }
   WindowWidget *About() const { return About_.get(); }
+  QMenu *TrayMenu() const { return Menu_.get(); }
 
  private:
   void BuildMenu();
