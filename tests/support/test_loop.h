@@ -81,6 +81,9 @@ class TestLoop final : public EventLoop {
   /// watching it later on.
   void Forget(SocketHandle socket);
 
+  /// What another loop is told to watch in place of this one.
+  SocketHandle Wakes = SocketHandle::None;
+
   // ---- What the program did.
 
   struct WatchCall {
@@ -103,7 +106,7 @@ class TestLoop final : public EventLoop {
 
   void Watch(SocketHandle socket, Readiness interest, ReadyHandler &handler) override;
   void Unwatch(SocketHandle socket) override;
-  SocketHandle Descriptor() const override { return SocketHandle::None; }
+  SocketHandle Descriptor() const override { return Wakes; }
   std::int64_t MonotonicMs() override { return NowMs_; }
 
  protected:

@@ -1,0 +1,131 @@
+// Message boxes on the desktop.
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+#include "tests/support/posted_work.h"
+#include "tests/view_qt/window_bench.h"
+
+namespace cvl {
+namespace {
+
+class MessageBoxTest : public WindowTest {
+ protected:
+  MessageBoxTest() { Show(); }
+
+  /// Shows a box; ACT is done to it as soon as it can be used.
+  BoxAnswer Ask(BoxOwner owner, BoxStyle style, std::function<void(QMessageBox &)> act) {
+    bool seen = false;
+    QTimer wait;
+    QObject::connect(&wait, &QTimer::timeout, [&] {
+      auto *box = dynamic_cast<QMessageBox *>(QApplication::activeModalWidget());
+      if (box == nullptr || !box->isActiveWindow()) return;
+      wait.stop();
+      seen = true;
+      act(*box);
+    });
+    wait.start(10);
+    const BoxAnswer answer =
+        TheView().Boxes().Show(owner, style, "A title", "First line\r\nSecond & last");
+    EXPECT_TRUE(seen);
+    return answer;
+  }
+
+  void PressButton(QMessageBox &box, QMessageBox::StandardButton button) {
+    ASSERT_NE(box.button(button), nullptr);
+    Click(*box.button(button));
+  }
+};
+
+TEST_F(MessageBoxTest, ItShowsTitleTextAndOneButton) {
+  Ask(BoxOwner::None, BoxStyle::Ok, [&](QMessageBox &box) {
+    EXPECT_EQ(Text(box.windowTitle()), "A title");
+    EXPECT_EQ(Text(box.text()), "First line\nSecond & last");
+    EXPECT_EQ(box.icon(), QMessageBox::NoIcon);
+    EXPECT_EQ(box.standardButtons(), QMessageBox::Ok);
+    EXPECT_EQ(box.parentWidget(), nullptr);
+    PressButton(box, QMessageBox::Ok);
+  });
+}
+
+TEST_F(MessageBoxTest, AWarningHasItsMarkAndItsOwner) {
+  Server->Others().ShowConfiguration();
+  Refresh();
+  const BoxAnswer answer =
+      Ask(BoxOwner::ConfigurationWindow, BoxStyle::OkExclamation, [&](QMessageBox &box) {
+        EXPECT_EQ(box.icon(), QMessageBox::Warning);
+        EXPECT_EQ(box.standardButtons(), QMessageBox::Ok);
+        EXPECT_EQ(box.parentWidget(), TheView().Configuration());
+        PressButton(box, QMessageBox::Ok);
+      });
+  EXPECT_EQ(answer, BoxAnswer::Ok);
+}
+
+TEST_F(MessageBoxTest, AQuestionIsAnsweredByItsButtons) {
+  for (const auto &[button, wanted] :
+       {std::pair(QMessageBox::Yes, BoxAnswer::Yes), std::pair(QMessageBox::No, BoxAnswer::No)}) {
+    const BoxAnswer answer =
+        Ask(BoxOwner::MainWindow, BoxStyle::YesNoInformation, [&](QMessageBox &box) {
+          EXPECT_EQ(box.icon(), QMessageBox::Information);
+          EXPECT_EQ(box.standardButtons(), QMessageBox::Yes | QMessageBox::No);
+          EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::Yes));
+          EXPECT_EQ(box.parentWidget(), TheView().Main());
+          PressButton(box, button);
+        });
+    EXPECT_EQ(answer, wanted);
+  }
+}
+
+TEST_F(MessageBoxTest, EnterPressesTheFirstButton) {
+  const BoxAnswer answer = Ask(BoxOwner::MainWindow, BoxStyle::YesNoInformation,
+                               [&](QMessageBox &box) { Press(Qt::Key_Return, {}, &box); });
+  EXPECT_EQ(answer, BoxAnswer::Yes);
+}
+
+TEST_F(MessageBoxTest, EscapeSaysNoOrOk) {
+  const auto escape = [&](QMessageBox &box) { Press(Qt::Key_Escape, {}, &box); };
+  EXPECT_EQ(Ask(BoxOwner::MainWindow, BoxStyle::YesNoInformation, escape), BoxAnswer::No);
+  EXPECT_EQ(Ask(BoxOwner::MainWindow, BoxStyle::Ok, escape), BoxAnswer::Ok);
+}
+
+TEST_F(MessageBoxTest, AnOwnerThatNobodySeesOwnsNothing) {
+  Server->Tray().OnResize(WindowState::Minimized);
+  TheView().Main()->hide();
+  Server->Others().Configuration();
+  for (const BoxOwner owner : {BoxOwner::MainWindow, BoxOwner::ConfigurationWindow}) {
+    Ask(owner, BoxStyle::Ok, [&](QMessageBox &box) {
+      EXPECT_EQ(box.parentWidget(), nullptr);
+      PressButton(box, QMessageBox::Ok);
+    });
+  }
+}
+
+TEST_F(MessageBoxTest, TheServerGoesOnMeanwhile) {
+  Ask(BoxOwner::MainWindow, BoxStyle::Ok, [&](QMessageBox &box) {
+    Synchronise();
+    AskNtp();
+    EXPECT_EQ(Server->State.Requests.ReqUDP123, 1);
+    PressButton(box, QMessageBox::Ok);
+  });
+}
+
+TEST_F(MessageBoxTest, AQuestionIsAnsweredAsUnseenWhenTheServerEnds) {
+  const BoxAnswer answer =
+      Ask(BoxOwner::MainWindow, BoxStyle::YesNoInformation, [&](QMessageBox &) {
+        System.Service.Stop();
+        TheView().Refresh();
+      });
+  EXPECT_EQ(answer, BoxAnswer::No);
+}
+
+TEST_F(MessageBoxTest, AWarningIsAnsweredAsUnseenWhenTheServerEnds) {
+  const BoxAnswer answer = Ask(BoxOwner::None, BoxStyle::OkExclamation, [&](QMessageBox &) {
+    System.Service.Stop();
+    TheView().Refresh();
+  });
+  EXPECT_EQ(answer, BoxAnswer::Ok);
+}
+
+}  // namespace
+}  // namespace cvl
