@@ -211,6 +211,22 @@ TEST_F(HandTest, AUnitIsTyped) {
   EXPECT_EQ(Model().SyncIntC.Text(), "Hour/s");
 }
 
+TEST_F(HandTest, AUnitThatIsTypedIsNotChosen) {
+  int clicks = 0;
+  Model().SyncIntC.OnClick = [&] { ++clicks; };
+  auto &box = Widget<QComboBox>("SyncIntC");
+  Click(*box.lineEdit());
+  box.lineEdit()->selectAll();
+  Type("Hour/s");
+  Press(Qt::Key_Return);
+  Click(Widget("SyncN"));
+  EXPECT_EQ(clicks, 0);
+  EXPECT_EQ(Model().SyncIntC.Text(), "Hour/s");
+  EXPECT_EQ(Text(box.currentText()), "Hour/s");
+  Choose(box, 2);
+  EXPECT_EQ(clicks, 1) << "the same, chosen from the list";
+}
+
 TEST_F(HandTest, ARegionIsChosen) {
   Server->Others().ShowConfiguration();
   Refresh();

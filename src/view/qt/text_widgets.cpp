@@ -87,6 +87,9 @@ Mirror MakeComboBox(const ControlLayout &layout, ComboBox &model, ViewEvents &ev
   QObject::connect(box, &QComboBox::activated, box, [&model, &events](int item) {
     events.Raise([&] { model.Choose(static_cast<std::size_t>(item)); });
   });
+  // An entry that is typed in full is text as any other: only the list makes a choice.
+  QObject::disconnect(box->lineEdit(), &QLineEdit::returnPressed, box, nullptr);
+  QObject::disconnect(box->lineEdit(), &QLineEdit::editingFinished, box, nullptr);
   QObject::connect(box->lineEdit(), &QLineEdit::textEdited, box,
                    [&model, &events](const QString &text) {
                      events.Raise([&] { model.SetText(ToModel(text)); });
