@@ -172,13 +172,22 @@ class Server:
     def _met_millisecond_999(self):
         # The load step is over when the first listener stands or the process has ended.
         try:
-            wait_until(lambda: self.process.poll() is not None or self.open_sockets(),
+            wait_until(lambda: self.process.poll() is not None
+                       or (self.open_sockets() and not self._is_ending()),
                        "the end of the load step", 3)
         except AssertionError:
             return False
         if self.process.poll() != 1:
             return False
         return any("error 6" in line for line in self.errors.to_the_end())
+
+    def _is_ending(self):
+        """Whether the process has given up its memory; its sockets outlast that a little."""
+        try:
+            with open(f"/proc/{self.process.pid}/cmdline", encoding="ascii") as words:
+                return words.read() == ""
+        except OSError:
+            return True
 
     def open_sockets(self):
         """Ports of the process's own sockets: {("udp", 123), ("tcp", 37), ...}."""
@@ -191,11 +200,15 @@ class Server:
             return set()
         found = set()
         for kind, wanted in (("udp", "07"), ("tcp", "0A")):
-            with open(f"/proc/{self.process.pid}/net/{kind}", encoding="ascii") as table:
-                for line in table.readlines()[1:]:
-                    words = line.split()
-                    if words[3] == wanted and f"socket:[{words[9]}]" in inodes:
-                        found.add((kind, int(words[1].split(":")[1], 16)))
+            try:
+                with open(f"/proc/{self.process.pid}/net/{kind}", encoding="ascii") as table:
+                    lines = table.readlines()[1:]
+            except OSError:
+                return set()
+            for line in lines:
+                words = line.split()
+                if words[3] == wanted and f"socket:[{words[9]}]" in inodes:
+                    found.add((kind, int(words[1].split(":")[1], 16)))
         return found
 
     def wait_for_gate(self, address=SERVER_ADDRESS):
