@@ -150,15 +150,15 @@ class Server:
     """One run of the server."""
 
     def __init__(self, world, words=(), environment=None, preload=None, attempts=8, home=None,
-                 on_peer=False):
+                 on_peer=False, program=os.path.join(BIN, "cvlserver")):
         """From the world's own program directory unless HOME names another, on the peer's
-        machine if ON_PEER is set."""
+        machine if ON_PEER is set. PROGRAM may be a copy elsewhere."""
         self.world = world
         self.home = home or world.home
         settings = dict(os.environ, CHRONVALE_HOME=self.home, **(environment or {}))
         if preload:
             settings["LD_PRELOAD"] = preload
-        command = [os.path.join(BIN, "cvlserver"), *words]
+        command = [program, *words]
         # A start in millisecond 999 has no timestamp and ends; the next one does better.
         for _ in range(attempts):
             self.process = subprocess.Popen(world.on_peer(*command) if on_peer else command,
