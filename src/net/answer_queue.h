@@ -34,10 +34,11 @@ class AnswerQueue {
   }
 
   /// Sends them in their order through SOCKET, and the queue is empty. Those that fail are
-  /// lost.
-  void SendAll(Network &network, SocketHandle socket) {
-    network.SendAll(socket, std::span(Datagrams_).first(Count_));
+  /// lost. Returns how many left.
+  std::size_t SendAll(Network &network, SocketHandle socket) {
+    const std::size_t left = network.SendAll(socket, std::span(Datagrams_).first(Count_));
     Count_ = 0;
+    return left;
   }
 
  private:

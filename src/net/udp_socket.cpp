@@ -121,6 +121,7 @@ void UdpSocket::SendAnswer(std::span<const std::uint8_t> bytes) {
   const Endpoint to = Destination();
   if (!IsAnswer(to) || bytes.size() > AnswerQueue::LongestAnswer) {
     SendData(bytes);
+    if (OnAnswersSent) OnAnswersSent();
     return;
   }
   if (Queued_.IsFull()) SendQueued();
@@ -136,7 +137,8 @@ bool UdpSocket::Settle(SettlePoint point) {
 }
 
 void UdpSocket::SendQueued() {
-  if (!Queued_.IsEmpty()) Queued_.SendAll(Layer_.System, Handle_);
+  if (Queued_.IsEmpty()) return;
+  if (Queued_.SendAll(Layer_.System, Handle_) > 0 && OnAnswersSent) OnAnswersSent();
 }
 
 void UdpSocket::SendText(std::string_view text) {

@@ -27,6 +27,10 @@ class UdpSocket final : public Socket,
   /// One that the handler doesn't read is gone when it returns.
   std::function<void(std::int32_t)> OnDataArrival;
 
+  /// Raised when answers of SendAnswer have left, once for those that left together; not
+  /// when all of them have failed.
+  std::function<void()> OnAnswersSent;
+
   void Bind() override;
   void Close() override;
 
@@ -45,8 +49,8 @@ class UdpSocket final : public Socket,
 
   /// Sends an answer to the datagram at hand as SendData does, but together with those to
   /// the other datagrams that came with it, when all of them have been handled or when a
-  /// handler lets the loop run. A failure of the system comes too late to be raised, and
-  /// nobody hears of it.
+  /// handler lets the loop run. A failure of the system comes too late to be raised; those
+  /// that left are told of by OnAnswersSent.
   void SendAnswer(std::span<const std::uint8_t> bytes);
 
  private:

@@ -103,12 +103,14 @@ class Network {
   [[nodiscard]] virtual int SendTo(SocketHandle socket, std::span<const std::uint8_t> bytes,
                                    Endpoint to, Ipv4Address from) = 0;
 
-  /// Sends several datagrams in their order. Those that fail are lost, and nobody hears
-  /// of it.
-  virtual void SendAll(SocketHandle socket, std::span<const Outgoing> datagrams) {
+  /// Sends several datagrams in their order. Those that fail are lost; returns how many
+  /// left.
+  virtual std::size_t SendAll(SocketHandle socket, std::span<const Outgoing> datagrams) {
+    std::size_t left = 0;
     for (const Outgoing &each : datagrams) {
-      static_cast<void>(SendTo(socket, each.Bytes, each.To, each.From));
+      if (SendTo(socket, each.Bytes, each.To, each.From) == 0) ++left;
     }
+    return left;
   }
 
   /// Ends our own stream behind what was sent; the peer's may go on.

@@ -37,6 +37,10 @@ std::span<std::uint8_t> Room(NtpPacket &packet, std::int32_t bytes_total) {
 
 NtpService::NtpService(const ServiceContext &context, SyncExchange &exchange)
     : Context_(context), Exchange_(exchange) {
+  Context_.Sockets.UDP123.OnAnswersSent = [this] {
+    ContinueOnFailure mode;
+    mode.Step([this] { Context_.Texts.StatusUp(); });
+  };
   Context_.Sockets.UDP123.OnDataArrival = [this](std::int32_t bytes_total) {
     OnUdpArrival(bytes_total);
   };
@@ -149,9 +153,8 @@ void NtpService::GrabTCP123(const NtpPacket &data_struc, const std::optional<Ntp
     if (!Context_.State.Flags.TimeSynced) return;
     UdpSocket &socket = Context_.Sockets.UDP123;
     socket.SetRemoteHost(Trim(mode_ip));
-    // Only in a run with a window does anything depend on how the sending went.
-    const bool heeded = Context_.State.Flags.Interactive;
-    if (!mode.Step([&] { heeded ? socket.SendData(reply) : socket.SendAnswer(reply); })) return;
+    mode.Step([&] { socket.SendAnswer(reply); });
+    return;  // the status follows when the answer has left
   }
   mode.Step([&] { Context_.Texts.StatusUp(); });
 }

@@ -144,5 +144,34 @@ TEST_F(UdpAnswersTest, ToNobodyAtHandAreSentAtOnceAndRaiseTheirFailure) {
                      [&] { Socket.SendAnswer(BytesOf("request of ours")); });
 }
 
+TEST_F(UdpAnswersTest, AreToldOfOnceForThoseThatLeftTogether) {
+  std::vector<std::size_t> sent_when_told;
+  Socket.OnAnswersSent = [&] { sent_when_told.push_back(Net.Sent.size()); };
+  Net.Arrive(123, Alice, "one");
+  Net.Arrive(123, Bob, "two");
+  Loop.RunOnePass();
+  EXPECT_EQ(sent_when_told, std::vector<std::size_t>{2});
+}
+
+TEST_F(UdpAnswersTest, AreToldOfWhenSomeOfThemLeft) {
+  int told = 0;
+  Socket.OnAnswersSent = [&] { ++told; };
+  Net.Fail(Operation::SendTo, error_number::NetworkUnreachable, 1);
+  Net.Arrive(123, Alice, "one");
+  Net.Arrive(123, Bob, "two");
+  Loop.RunOnePass();
+  EXPECT_EQ(told, 1);
+}
+
+TEST_F(UdpAnswersTest, AreNotToldOfWhenAllOfThemFail) {
+  int told = 0;
+  Socket.OnAnswersSent = [&] { ++told; };
+  Net.Fail(Operation::SendTo, error_number::NetworkUnreachable, 2);
+  Net.Arrive(123, Alice, "one");
+  Net.Arrive(123, Bob, "two");
+  Loop.RunOnePass();
+  EXPECT_EQ(told, 0);
+}
+
 }  // namespace
 }  // namespace cvl

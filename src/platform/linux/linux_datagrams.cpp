@@ -86,7 +86,8 @@ int SendDatagram(int descriptor, std::span<const std::uint8_t> bytes, Endpoint t
   return Result(sendmsg(descriptor, &header, 0), "sendmsg");
 }
 
-void SendDatagrams(int descriptor, std::span<const Network::Outgoing> datagrams) {
+std::size_t SendDatagrams(int descriptor, std::span<const Network::Outgoing> datagrams) {
+  std::size_t left = 0;
   constexpr std::size_t MostAtOnce = 16;
   while (!datagrams.empty()) {
     std::array<Message, MostAtOnce> messages;
@@ -99,8 +100,10 @@ void SendDatagrams(int descriptor, std::span<const Network::Outgoing> datagrams)
     // It stops at a failure and tells of it only when it is the first datagram's, which is
     // passed over.
     static_cast<void>(Result(sent, "sendmmsg"));
+    if (sent > 0) left += static_cast<std::size_t>(sent);
     datagrams = datagrams.subspan(sent > 0 ? static_cast<std::size_t>(sent) : 1);
   }
+  return left;
 }
 
 LinuxDatagramBatch::LinuxDatagramBatch() : Bytes_(new std::uint8_t[Most * Stride]) {

@@ -20,7 +20,7 @@ Endpoint FromSystem(const sockaddr_in &address);
                                Ipv4Address from);
 
 /// Sends several, as Network::SendAll tells.
-void SendDatagrams(int descriptor, std::span<const Network::Outgoing> datagrams);
+std::size_t SendDatagrams(int descriptor, std::span<const Network::Outgoing> datagrams);
 
 class LinuxDatagramBatch final : public DatagramBatch {
  public:

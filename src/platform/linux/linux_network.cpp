@@ -166,8 +166,8 @@ int LinuxNetwork::SendTo(SocketHandle socket, std::span<const std::uint8_t> byte
   return SendDatagram(Descriptor(socket), bytes, to, from);
 }
 
-void LinuxNetwork::SendAll(SocketHandle socket, std::span<const Outgoing> datagrams) {
-  SendDatagrams(Descriptor(socket), datagrams);
+std::size_t LinuxNetwork::SendAll(SocketHandle socket, std::span<const Outgoing> datagrams) {
+  return SendDatagrams(Descriptor(socket), datagrams);
 }
 
 void LinuxNetwork::FinishSending(SocketHandle socket) {

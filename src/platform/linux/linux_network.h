@@ -25,7 +25,7 @@ class LinuxNetwork final : public Network {
   Transferred Receive(SocketHandle socket, std::span<std::uint8_t> into) override;
   [[nodiscard]] int SendTo(SocketHandle socket, std::span<const std::uint8_t> bytes, Endpoint to,
                            Ipv4Address from) override;
-  void SendAll(SocketHandle socket, std::span<const Outgoing> datagrams) override;
+  std::size_t SendAll(SocketHandle socket, std::span<const Outgoing> datagrams) override;
   void FinishSending(SocketHandle socket) override;
   void Close(SocketHandle socket) override;
   std::unique_ptr<DatagramBatch> MakeDatagramBatch() override;
