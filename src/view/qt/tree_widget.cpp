@@ -1,8 +1,11 @@
 // The tree of services.
 
+#include <QFontMetrics>
 #include <QGuiApplication>
+#include <QStyle>
 #include <QTreeWidget>
 #include <QTreeWidgetItem>
+#include <algorithm>
 #include <vector>
 
 #include "view/qt/control_widgets.h"
@@ -18,6 +21,32 @@ constexpr int NumberRole = Qt::UserRole;
 
 // So that all nodes are seen at once.
 constexpr int RowHeight = 16;
+
+constexpr int SmallestPixels = 7;
+
+/// The width that the rows of ITEMS need: indentation, picture, text, and what the style
+/// leaves free around both.
+int NeededWidth(const QTreeWidget &tree, const std::vector<QTreeWidgetItem *> &items) {
+  const QFontMetrics metrics(tree.font());
+  const int margin = tree.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &tree) + 1;
+  int needed = 0;
+  for (const QTreeWidgetItem *item : items) {
+    const int depth = item->parent() == nullptr ? 1 : 2;
+    needed = std::max(needed, depth * tree.indentation() + tree.iconSize().width() + 4 * margin +
+                                  metrics.horizontalAdvance(item->text(0)));
+  }
+  return needed;
+}
+
+/// Makes the letters as small as the longest row needs.
+void FitFont(QTreeWidget &tree, const std::vector<QTreeWidgetItem *> &items) {
+  const int room = tree.width() - 2 * tree.frameWidth();
+  QFont font = tree.font();
+  while (NeededWidth(tree, items) > room && font.pixelSize() > SmallestPixels) {
+    font.setPixelSize(font.pixelSize() - 1);
+    tree.setFont(font);
+  }
+}
 
 /// Adds the nodes that TREE doesn't show yet. ITEMS are those it shows, by their numbers.
 void AddNodes(QTreeWidget &tree, const TreeView &model, std::vector<QTreeWidgetItem *> &items) {
@@ -64,7 +93,9 @@ Mirror MakeTree(const ControlLayout &layout, TreeView &model, ViewEvents &events
   });
   return {tree, [tree, &model, items = std::vector<QTreeWidgetItem *>()]() mutable {
             RefreshControl(*tree, model);
-            if (items.size() < model.Nodes.size()) AddNodes(*tree, model, items);
+            if (items.size() == model.Nodes.size()) return;
+            AddNodes(*tree, model, items);
+            FitFont(*tree, items);
           }};
 }
 
