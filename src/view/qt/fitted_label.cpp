@@ -41,6 +41,8 @@ FittedLabel::FittedLabel(const ControlLayout &layout, QWidget *parent)
 void FittedLabel::SetText(const QString &text) {
   if (text == Text_) return;
   Text_ = text;
+  // A text with lines of its own keeps them: it gets smaller rather than broken anew.
+  Flags_ = text.contains('\n') ? Flags_ & ~Qt::TextWordWrap : Flags_ | Qt::TextWordWrap;
   setAccessibleName(text);
   update();
 }
