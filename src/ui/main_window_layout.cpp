@@ -11,6 +11,9 @@ using namespace window_style;
 constexpr LayoutColour ClockGround = 0x00A000;
 constexpr LayoutColour ClockText = 0x000000;
 
+// Low enough to stand clear of the lamps, which reach into its line.
+constexpr LayoutFont LampTitle{FontFace::Terminal, 10};
+
 // The five panels lie over one another, each with the same controls at the same places.
 
 constexpr ControlLayout Panel(int panel, std::string_view title) {
@@ -176,7 +179,7 @@ constexpr LayoutRow<MainWindow> Rows[] = {
       .Parent = "LED_Display",
       .Text = "SRC  RX  TX",
       .At = {4710, 150, 1110, 165},
-      .TextFont = Terminal}},
+      .TextFont = LampTitle}},
     {{.Name = "Label3",
       .Kind = ControlKind::Label,
       .Parent = "LED_Display",

@@ -59,10 +59,10 @@ void FittedLabel::paintEvent(QPaintEvent *event) {
   painter.setPen(palette().color(QPalette::WindowText));
   QRect box = contentsRect();
   const QFontMetrics metrics(fitting);
-  if (metrics.height() > box.height()) {
-    // A line that is lower than its face: its letters are set in the middle of the box.
-    const QRect letters = metrics.tightBoundingRect(Text_);
-    const int baseline = box.top() + (box.height() - letters.height()) / 2 - letters.top();
+  if (metrics.height() >= box.height()) {
+    // A line with no more room than its face has: its letters stand at the top of the box, clear of
+    // what stands under it.
+    const int baseline = box.top() - metrics.tightBoundingRect(Text_).top();
     painter.drawText(box.left(), baseline, Text_);
     return;
   }
