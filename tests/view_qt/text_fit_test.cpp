@@ -12,7 +12,9 @@
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
 #include <QStyleOptionFrame>
+#include <QStyleOptionViewItem>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 #include "tests/view_qt/window_bench.h"
 #include "view/qt/button_widget.h"
@@ -44,36 +46,37 @@ QImage WhiteImage(QSize size, double scale) {
   return image;
 }
 
-/// The ink of TEXT where nothing is in its way, set in lines of WIDTH.
-int WholeInk(const QFont &font, const QString &text, int width, int flags, double scale) {
+/// The ink of TEXT where nothing is in its way, set in lines of the width of BOX.
+int WholeInk(const QFont &font, const QString &text, QRect box, int flags, double scale) {
   constexpr int Room = 200;
-  QImage image = WhiteImage({width + 2 * Room, 3 * Room}, scale);
+  QImage image = WhiteImage({box.width() + 2 * Room, 3 * Room}, scale);
   QPainter painter(&image);
   painter.setFont(font);
   painter.setPen(Qt::black);
-  painter.drawText(QRect(Room, Room, width, Room), flags | Qt::TextDontClip, text);
+  painter.drawText(QRect(box.topLeft() + QPoint(Room, Room), QSize(box.width(), Room)),
+                   flags | Qt::TextDontClip, text);
   painter.end();
   return InkOf(image);
 }
 
-/// The ink that LABEL itself shows: the text alone, black on white.
-int ShownInk(FittedLabel &label) {
+/// What LABEL itself shows: its text alone, black on white.
+QImage ShownPicture(FittedLabel &label) {
   const QPalette before = label.palette();
-  const int frame = label.frameStyle();
-  const int line = label.lineWidth();
   QPalette plain = before;
-  plain.setColor(QPalette::Window, Qt::white);
   plain.setColor(QPalette::WindowText, Qt::black);
-  for (const auto role : {QPalette::Light, QPalette::Dark, QPalette::Mid, QPalette::Midlight}) {
+  for (const auto role :
+       {QPalette::Window, QPalette::Light, QPalette::Dark, QPalette::Mid, QPalette::Midlight}) {
     plain.setColor(role, Qt::white);
   }
   label.setPalette(plain);
   QImage image = WhiteImage(label.size(), label.devicePixelRatioF());
   label.render(&image, {}, {}, QWidget::DrawWindowBackground);
   label.setPalette(before);
-  EXPECT_EQ(label.frameStyle(), frame);
-  EXPECT_EQ(label.lineWidth(), line);
-  return InkOf(image);
+  return image;
+}
+
+int ShownInk(FittedLabel &label) {
+  return InkOf(ShownPicture(label));
 }
 
 void ExpectFits(FittedLabel &label) {
@@ -81,8 +84,8 @@ void ExpectFits(FittedLabel &label) {
   if (label.Text().isEmpty()) return;
   const QFont font = label.FittingFont();
   EXPECT_GE(font.pixelSize(), LeastPixels);
-  EXPECT_EQ(ShownInk(label), WholeInk(font, label.Text(), label.contentsRect().width(),
-                                      label.Flags(), label.devicePixelRatioF()));
+  EXPECT_EQ(ShownInk(label), WholeInk(font, label.Text(), label.contentsRect(), label.Flags(),
+                                      label.devicePixelRatioF()));
 }
 
 void ExpectFits(const QCheckBox &box) {
@@ -159,7 +162,16 @@ void ExpectFits(QTreeWidget &tree) {
     SCOPED_TRACE(Text((*at)->text(0)));
     const QRect row = tree.visualItemRect(*at);
     EXPECT_TRUE(tree.viewport()->rect().contains(row));
-    EXPECT_LE(tree.iconSize().width() + 6 + metrics.horizontalAdvance((*at)->text(0)), row.width());
+    QStyleOptionViewItem option;
+    option.initFrom(&tree);
+    option.rect = row;
+    option.text = (*at)->text(0);
+    option.font = tree.font();
+    option.decorationSize = tree.iconSize();
+    option.features = QStyleOptionViewItem::HasDisplay | QStyleOptionViewItem::HasDecoration;
+    const QRect room = tree.style()->subElementRect(QStyle::SE_ItemViewItemText, &option, &tree);
+    const int margin = tree.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, &tree) + 1;
+    EXPECT_LE(metrics.horizontalAdvance(option.text), room.width() - 2 * margin);
     EXPECT_LE(metrics.height(), row.height());
     EXPECT_LE(tree.iconSize().height(), row.height());
   }
@@ -205,15 +217,14 @@ TEST_F(TextFitTest, TheMeasureSeesATextThatIsCut) {
   Show();
   auto &label = Widget<FittedLabel>("UpdateLbl");
   const QFont font = label.FittingFont();
-  const int whole = WholeInk(font, label.Text(), label.contentsRect().width(), label.Flags(),
-                             label.devicePixelRatioF());
+  const int whole =
+      WholeInk(font, label.Text(), label.contentsRect(), label.Flags(), label.devicePixelRatioF());
   EXPECT_EQ(ShownInk(label), whole);
   label.SetText(label.Text() + label.Text() + label.Text());
   EXPECT_NE(ShownInk(label), 0);
   label.SetText(QString(400, 'W'));
-  EXPECT_NE(ShownInk(label),
-            WholeInk(label.FittingFont(), label.Text(), label.contentsRect().width(), label.Flags(),
-                     label.devicePixelRatioF()));
+  EXPECT_NE(ShownInk(label), WholeInk(label.FittingFont(), label.Text(), label.contentsRect(),
+                                      label.Flags(), label.devicePixelRatioF()));
 }
 
 TEST_F(TextFitTest, TheTextsOfTheDesignFit) {
@@ -246,6 +257,46 @@ TEST_F(TextFitTest, AllPanelsFitWithTheirBoxesShown) {
     SCOPED_TRACE(Server->Window.svrStatlbl.Caption);
     EXPECT_NE(Server->Window.svrStatlbl.Caption.find("88888/t - 88888/u"), std::string::npos);
     ExpectAllFits(*TheView().Main());
+  }
+}
+
+TEST_F(TextFitTest, TheLinesOfATextAreNotBroken) {
+  Show();
+  const std::string status =
+      "Server Status: 12/28/2028 12:58:58 PM\r"
+      "# 88888 | /T 18888 | /D 18888 | /S 18888 | /U 18888 | /CVL 18888\r"
+      "# UDP: 48888 --- # TCP: 48888\rLast Atomic Update: 12/28/2028 12:58:58 PM";
+  const std::string service =
+      "Server is: Disabled\r\nTCP: OFF - UDP: OFF\r\nRequests: 88888/t - 88888/u";
+  for (const auto &[name, text] : {std::pair("Status", status), std::pair("svrStatlbl", service)}) {
+    auto &label = Widget<FittedLabel>(name);
+    label.SetText(FromModel(text));
+    EXPECT_EQ(label.Flags() & Qt::TextWordWrap, 0) << name;
+    const QFontMetrics metrics(label.FittingFont());
+    for (const QString &line : label.Text().split('\n')) {
+      EXPECT_LE(metrics.horizontalAdvance(line), label.contentsRect().width()) << Text(line);
+    }
+  }
+  auto &label = Widget<FittedLabel>("Status");
+  label.SetText("A text without lines");
+  EXPECT_NE(label.Flags() & Qt::TextWordWrap, 0);
+}
+
+TEST_F(TextFitTest, NoLampCoversALetter) {
+  Show();
+  const QWidget &frame = Widget("LED_Display");
+  for (const char *name : {"LEDLBL", "Label3"}) {
+    auto &label = Widget<FittedLabel>(name);
+    const QImage shown = ShownPicture(label);
+    for (int lamp = 0; lamp < 5; ++lamp) {
+      const QWidget &image = Widget(("LED(" + std::to_string(lamp) + ")").c_str());
+      const QRect common = image.geometry() & label.geometry();
+      if (common.isEmpty()) continue;
+      const double scale = frame.devicePixelRatioF();
+      const QRect covered = common.translated(-label.pos());
+      EXPECT_EQ(InkOf(shown.copy(QRect(covered.topLeft() * scale, covered.size() * scale))), 0)
+          << name << " under lamp " << lamp;
+    }
   }
 }
 
