@@ -8,8 +8,8 @@ namespace {
 
 /// Dialogs for date, time and zone: the program and its arguments. Each desktop has its own;
 /// the first that is installed is taken.
-const std::vector<std::vector<std::string>> &DateAndTimeDialogs() {
-  static const std::vector<std::vector<std::string>> dialogs = {
+std::vector<std::vector<std::string>> DateAndTimeDialogs() {
+  return {
       {"gnome-control-center", "datetime"},
       {"kcmshell6", "kcm_clock"},
       {"kcmshell5", "clock"},
@@ -19,7 +19,6 @@ const std::vector<std::vector<std::string>> &DateAndTimeDialogs() {
       {"budgie-control-center", "datetime"},
       {"time-admin"},
   };
-  return dialogs;
 }
 
 }  // namespace

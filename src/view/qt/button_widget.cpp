@@ -78,7 +78,7 @@ void ButtonWidget::focusOutEvent(QFocusEvent *) {
 
 void ButtonWidget::mousePressEvent(QMouseEvent *event) {
   Events_.Raise([&] {
-    Model_.OnMouseDown(event->button(), ShiftOf(event->modifiers()),
+    Model_.OnMouseDown(static_cast<int>(event->button()), ShiftOf(event->modifiers()),
                        InPixels(event->position().x()), InPixels(event->position().y()));
   });
 }
@@ -97,8 +97,8 @@ void ButtonWidget::mouseMoveEvent(QMouseEvent *event) {
 void ButtonWidget::mouseReleaseEvent(QMouseEvent *event) {
   if (QWidget::mouseGrabber() == this) releaseMouse();
   Events_.Raise([&] {
-    Model_.OnMouseUp(event->button(), ShiftOf(event->modifiers()), InPixels(event->position().x()),
-                     InPixels(event->position().y()));
+    Model_.OnMouseUp(static_cast<int>(event->button()), ShiftOf(event->modifiers()),
+                     InPixels(event->position().x()), InPixels(event->position().y()));
   });
 }
 

@@ -5,6 +5,7 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "view/qt/qt_images.h"
 #include "view/qt/qt_text.h"
@@ -200,7 +201,7 @@ void QtView::RefreshOthers() {
   const auto refresh = [this](auto *model, auto &seen_model, std::unique_ptr<WindowWidget> &widget,
                               auto layout, auto close) {
     if (model != seen_model) {
-      if (widget) Drop(std::move(widget));
+      if (widget) Drop(std::exchange(widget, nullptr));
       seen_model = model;
     }
     if (model == nullptr || !model->Visible) return;
