@@ -21,8 +21,9 @@ TRAY_WIDTH = 120
 TRAY_HEIGHT = 28
 
 # What toolkits and desktop sessions would read, and the test's own session must not lend.
-_SESSION_VARIABLES = ("DBUS_SESSION_BUS_ADDRESS", "WAYLAND_DISPLAY", "SESSION_MANAGER", "XAUTHORITY",
-                      "XDG_RUNTIME_DIR", "XDG_CURRENT_DESKTOP", "QT_SCALE_FACTOR", "QT_STYLE_OVERRIDE")
+_SESSION_VARIABLES = ("DBUS_SESSION_BUS_ADDRESS", "WAYLAND_DISPLAY", "SESSION_MANAGER",
+                      "XAUTHORITY", "XDG_RUNTIME_DIR", "XDG_CURRENT_DESKTOP", "QT_SCALE_FACTOR",
+                      "QT_STYLE_OVERRIDE")
 
 
 class Desktop:
@@ -198,10 +199,6 @@ class Desktop:
         left, top = self.screen.place(window)
         self.click_at(left + x, top + y, button)
 
-    def move_to(self, window, x, y):
-        left, top = self.screen.place(window)
-        self.do("mousemove", left + x, top + y)
-
     def key(self, *keys):
         self.do("key", "--clearmodifiers", *keys)
 
@@ -218,7 +215,3 @@ class Desktop:
         """The colours of a rectangle of a window."""
         left, top = self.screen.place(window)
         return self.screen.colours(left + x, top + y, width, height)
-
-    def pixel(self, window, x, y):
-        """The colour at a place of a window, 0xRRGGBB."""
-        return self.area(window, x, y, 1, 1)[0][0]

@@ -5,11 +5,9 @@ Each call is a connection of its own, so that nothing here minds a screen that g
 
 import contextlib
 import ctypes
-import ctypes.util
 
 _Z_PIXMAP = 2
 _ALL_PLANES = ctypes.c_ulong(~0)
-_CURRENT_CHILD = 0
 
 
 class _Image(ctypes.Structure):

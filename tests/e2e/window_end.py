@@ -5,7 +5,7 @@ import signal
 
 from desktop import Desktop
 from hand import ABOUT, CHECK_UPDATE, CONFIGURATION, Hand, INTERVAL, TITLE
-from harness import SETTINGS, World, run_all
+from harness import World, run_all
 from update import MAKER, MakerSite, NameTheMaker, ScriptedMaker, VERSION_PATH, VersionFile
 from window_boxes import NEW_PROGRAM, NOTHING_NEW
 

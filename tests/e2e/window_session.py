@@ -3,11 +3,12 @@
 import os
 
 from desktop import Desktop
-from every_service import Ask, DAYTIME_LENGTHS, QUESTIONS
-from hand import (ABOUT, CHECK_UPDATE, CONFIGURATION, ENABLE, INTERVAL, LOGGING, OK, PORT,
-                  REGIONS_ARROW, SERVERS_ARROW, TCP, TITLE, UDP, UNIT_ARROW, Hand)
+from every_service import Ask, QUESTIONS
+from hand import (ABOUT, CHECK_UPDATE, CONFIGURATION, ENABLE, INTERVAL, LOGGING, OK,
+                  OPEN_MINIMISED, PORT, RANDOM, REGIONS_ARROW, SERVERS_ARROW, TCP, TITLE, UDP,
+                  UNIT_ARROW, Hand)
 from harness import OTHER_PEER_ADDRESS, PEER_ADDRESS, World, run_all, wait_until
-from update import MAKER, MakerSite, NameTheMaker, SERVER_FILE_PATH, VERSION_PATH, VersionFile
+from update import MAKER, MakerSite, NameTheMaker, VERSION_PATH, VersionFile
 
 NOTHING_ON = ('"Settings"="NO:59:Minute/s:NA:36"', '"OpenMinimized"="NO"',
               '"NTP37"="NO:YES:YES:37"', '"EnableLogging"="YES"', '"SNTP123"="NO:YES:YES:123"',
@@ -77,10 +78,10 @@ class Session:
         self.picture(f"ticked-{port}")
         hand.click(TCP)
         hand.click(UDP)
-        # The log's tick comes after those clicks, and so does what it leads to.
         self.picture(f"unticked-{port}")
-        assert self.open_ports() == both
         ExpectAnswer(port, "tcp")
+        ExpectAnswer(port, "udp")
+        assert self.open_ports() == both
         hand.click(ENABLE)
         self.expect_ports(*(both - {("tcp", port)}))
         ExpectRefusal(port)
@@ -135,6 +136,7 @@ class Session:
         self.hand.write(INTERVAL, "12x")
         self.desktop.key("Return")
         self.hand.pick(self.hand.window, UNIT_ARROW, ["End", "Up"])
+        self.hand.click(RANDOM)
         self.picture("every-twelve-hours")
 
     def configure(self):
@@ -144,6 +146,7 @@ class Session:
         self.picture("region")
         ExpectAnswer(37, "udp")
         wait_until(self.server.log_lines, "a log")
+        self.desktop.click(configuration, *OPEN_MINIMISED)
         self.desktop.click(configuration, *LOGGING)
         self.picture("logging-off")
         # From the next request on nothing is written. That one may have been under way.
@@ -218,7 +221,7 @@ def TestASessionFromTheOpeningToTheEnd():
             session.go_to_the_tray_and_come_back()
             session.leave()
             kept = world.read_settings()
-            expected = {"Settings": "NO:12:Hour/s:AW:36", "EnableLogging": "NO",
+            expected = {"Settings": "YES:12:Hour/s:AW:36", "EnableLogging": "NO",
                         "NTP37": "YES:YES:YES:37", "SNTP123": "YES:YES:YES:123",
                         "DTS13": "YES:YES:YES:1313", "CVL3777": "YES:YES:YES:3777",
                         "UNIX519": "NO:NO:NO:519", "OpenMinimized": "NO"}
