@@ -19,8 +19,7 @@ double TimeOfDay(const SystemTime &local) {
 
 }  // namespace
 
-ServerDraw::ServerDraw(MainWindow &window, RunState &state, ServerList &servers,
-                       TimeEngine &time)
+ServerDraw::ServerDraw(MainWindow &window, RunState &state, ServerList &servers, TimeEngine &time)
     : Window_(window), State_(state), Servers_(servers), Time_(time) {}
 
 void ServerDraw::CalcRandR() {

@@ -25,7 +25,8 @@ class WindowsTest : public HostTest {
 
   std::vector<TrayMessage> TrayMessages() const {
     std::vector<TrayMessage> messages;
-    for (const FakeShell::Call &call : System.Tray.Calls) messages.push_back(call.Message);
+    for (const FakeShell::Call &call : System.Tray.Calls)
+      messages.push_back(call.Message);
     return messages;
   }
 };

@@ -257,8 +257,9 @@ TEST_F(ClientOverUdp, IsLeftOutOfTheTotals) {
   ShowWindow();
   Arrive(3777, Request);
   ASSERT_EQ(Net.Sent.size(), 1U);
-  EXPECT_THAT(State.Status.StatusText.Text(), testing::HasSubstr("\r# 0 | /T 0 | /D 0 | /S 0 | /U 0 | "
-                                                          "/CVL 0\r# UDP: 0 --- # TCP: 0\r"));
+  EXPECT_THAT(State.Status.StatusText.Text(),
+              testing::HasSubstr("\r# 0 | /T 0 | /D 0 | /S 0 | /U 0 | "
+                                 "/CVL 0\r# UDP: 0 --- # TCP: 0\r"));
 }
 
 TEST_F(ClientOverUdp, ShowsAndLogsTheClient) {

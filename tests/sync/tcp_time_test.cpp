@@ -130,7 +130,8 @@ TEST_F(TcpTimeTest, AnAdjustmentIsRecordedAndReportedByTheNewTime) {
   EXPECT_EQ(Tip(), Padded("Date/Time Adjusted by 5 second(s)"));
   EXPECT_EQ(Window.Servers.Tip.Text(),
             " 10/3/2002 12:00:05 PM | Date/Time Adjusted by 5 second(s)");
-  EXPECT_TRUE(State.Status.StatusText.Text().ends_with("Last Atomic Update: 10/3/2002 12:00:05 PM"));
+  EXPECT_TRUE(
+      State.Status.StatusText.Text().ends_with("Last Atomic Update: 10/3/2002 12:00:05 PM"));
 }
 
 TEST_F(TcpTimeTest, ARefusedAdjustmentIsRecordedAllTheSame) {

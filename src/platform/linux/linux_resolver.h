@@ -21,7 +21,7 @@ class LinuxResolver final : public Resolver, private ReadyHandler {
   static constexpr std::size_t MostLookups = 8;
 
   explicit LinuxResolver(EventLoop &loop);
-  ~LinuxResolver();
+  ~LinuxResolver() override;
   LinuxResolver(const LinuxResolver &) = delete;
   LinuxResolver &operator=(const LinuxResolver &) = delete;
 
