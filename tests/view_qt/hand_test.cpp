@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QTreeWidget>
+#include <QWheelEvent>
 
 #include "tests/view_qt/window_bench.h"
 
@@ -196,6 +197,22 @@ TEST_F(HandTest, AServerIsChosen) {
   Choose(Widget<QComboBox>("Servers"), 1);
   EXPECT_EQ(Model().Servers.Selected(), 2);
   EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(HandTest, ATurnOfTheWheelChoosesOnlyWhereTheKeyboardIs) {
+  auto &box = Widget<QComboBox>("Servers");
+  const auto turn = [&box] {
+    const QPointF middle = box.rect().center();
+    QWheelEvent event(middle, box.mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&box, &event);
+  };
+  Widget("CVL_TV").setFocus();
+  turn();
+  EXPECT_EQ(Server->Window.Servers.Selected(), 1);
+  box.setFocus();
+  turn();
+  EXPECT_EQ(Server->Window.Servers.Selected(), 2);
 }
 
 TEST_F(HandTest, AUnitIsChosen) {

@@ -34,6 +34,22 @@ class KeyLine final : public QLineEdit {
   ViewEvents &Events_;
 };
 
+/// A drop-down box that a turn of the wheel passes over on its way: it chooses only where the
+/// user is.
+class DropDown final : public QComboBox {
+ public:
+  explicit DropDown(QWidget *parent) : QComboBox(parent) { setFocusPolicy(Qt::StrongFocus); }
+
+ protected:
+  void wheelEvent(QWheelEvent *event) override {
+    if (hasFocus()) {
+      QComboBox::wheelEvent(event);
+    } else {
+      event->ignore();
+    }
+  }
+};
+
 Qt::Alignment HorizontalOf(Alignment align) {
   switch (align) {
     case Alignment::Centre:
@@ -79,7 +95,7 @@ Mirror MakeTextBox(const ControlLayout &layout, TextBox &model, ViewEvents &even
 
 Mirror MakeComboBox(const ControlLayout &layout, ComboBox &model, ViewEvents &events,
                     QWidget *parent) {
-  auto *box = new QComboBox(parent);
+  auto *box = new DropDown(parent);
   box->setEditable(true);  // its text is free
   box->setInsertPolicy(QComboBox::NoInsert);
   box->setCompleter(nullptr);
@@ -112,7 +128,7 @@ Mirror MakeComboBox(const ControlLayout &layout, ComboBox &model, ViewEvents &ev
 
 Mirror MakeImageCombo(const ControlLayout &layout, ImageCombo &model, ViewEvents &events,
                       QWidget *parent) {
-  auto *box = new QComboBox(parent);
+  auto *box = new DropDown(parent);
   box->setFont(FontFor(layout.TextFont));
   box->setIconSize(QSize(16, 16));
   box->setMaxVisibleItems(20);
