@@ -193,11 +193,7 @@ class Server:
         """Ports of the process's own sockets: {("udp", 123), ("tcp", 37), ...}."""
         if self.process.poll() is not None:
             return set()
-        try:
-            inodes = {os.readlink(f"/proc/{self.process.pid}/fd/{fd}")
-                      for fd in os.listdir(f"/proc/{self.process.pid}/fd")}
-        except OSError:
-            return set()
+        inodes = self._descriptors()
         found = set()
         for kind, wanted in (("udp", "07"), ("tcp", "0A")):
             try:
@@ -209,6 +205,21 @@ class Server:
                 words = line.split()
                 if words[3] == wanted and f"socket:[{words[9]}]" in inodes:
                     found.add((kind, int(words[1].split(":")[1], 16)))
+        return found
+
+    def _descriptors(self):
+        """What the process's descriptors are. Those that come and go while it is asked, such
+        as the log's, may be among them or not."""
+        folder = f"/proc/{self.process.pid}/fd"
+        found = set()
+        try:
+            for descriptor in os.listdir(folder):
+                try:
+                    found.add(os.readlink(f"{folder}/{descriptor}"))
+                except FileNotFoundError:
+                    continue
+        except OSError:
+            pass  # the process has ended
         return found
 
     def wait_for_gate(self, address=SERVER_ADDRESS):

@@ -18,7 +18,7 @@ namespace {
 constexpr int RefreshMs = 40;
 
 /// The view that the toolkit's messages are about.
-QtView *view_of_messages = nullptr;
+QtView *ViewOfMessages = nullptr;
 
 [[noreturn]] void EndWith(const char *line) {
   std::fputs(line, stderr);
@@ -36,7 +36,7 @@ constexpr int PassesAtOnce = 4;
 void OnToolkitMessage(QtMsgType type, const QMessageLogContext &, const QString &text) {
   if (type == QtFatalMsg) EndWith("cvlserver: no window: the display cannot be opened\n");
   if (text.contains(QLatin1String("connection broke"))) {
-    if (view_of_messages != nullptr) view_of_messages->OnDisplayGone();
+    if (ViewOfMessages != nullptr) ViewOfMessages->OnDisplayGone();
     EndWith("cvlserver: the display is gone\n");
   }
   const char *trace = std::getenv("CHRONVALE_TRACE");
@@ -53,11 +53,11 @@ bool IsSet(const char *name) {
 }  // namespace
 
 QtView::QtView() {
-  view_of_messages = this;
+  ViewOfMessages = this;
 }
 
 QtView::~QtView() {
-  view_of_messages = nullptr;
+  ViewOfMessages = nullptr;
 }
 
 std::string QtView::OpenDisplay() {
