@@ -10,6 +10,10 @@
 
 namespace cvl {
 
+/// Positions of controls are told in twips; this many are a pixel of a display at its usual
+/// size.
+inline constexpr int TwipsPerPixel = 15;
+
 /// A tip: plain text, or a moment shown as a blank, the local date-time and a blank. The
 /// moment becomes text only when somebody reads it.
 class ToolTip {

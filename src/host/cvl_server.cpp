@@ -147,8 +147,8 @@ void CVL_Server::Unload(UnloadMode mode) {
   steps.Step([this] { Settings_.WriteSettings(); });
   steps.Step([this] { Platform_.Tray.Shell_NotifyIcon(TrayMessage::Remove, {}); });
   steps.Step([this] { Others_.CloseConfiguration(); });
-  steps.Step([this, mode] {
-    if (mode == UnloadMode::CloseButton || ExitRequested_) Others_.CloseAbout();
+  steps.Step([this] {
+    if (LastUnloadMode_ == UnloadMode::CloseButton || ExitRequested_) Others_.CloseAbout();
   });
   Platform_.Loop.Quit();
 }

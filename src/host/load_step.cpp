@@ -27,9 +27,7 @@ Loaded CVL_Server::Load() {
     Obstacle_ = Platform_.Screen.Obstacle();
     if (!Obstacle_.empty()) return Loaded::NoWindow;
   }
-  State.Start.ProgramVersion =
-      Joined({std::to_string(VersionMajor), ".", std::to_string(VersionMinor), ".",
-              std::to_string(VersionRevision)});
+  State.Start.ProgramVersion = VersionText;
   State.Start.MakerHost = MakerHostName();
   SetDates();
   TakeSyncStamp();

@@ -31,7 +31,7 @@ void Put(ClientMessage &message, std::size_t offset, std::string_view text) {
 /// What both replies begin with.
 void PutHead(ClientMessage &message) {
   Put(message, 0, "CVLS");
-  Put(message, VersionDigit, std::to_string(VersionMajor).substr(0, 1));
+  Put(message, VersionDigit, std::string_view(VersionText).substr(0, 1));
 }
 
 /// Four bytes from OFFSET on as an unsigned number.

@@ -60,7 +60,7 @@ void StatusTexts::UpdateSZTIP() {
     status.TrayImage = 0;
   } else if (Contains(tip, "Adjusted")) {
     status.TrayImage = 1;
-  } else if (Contains(tip, "Checking")) {
+  } else if (Contains(tip, "Checking") && Window_.Servers.Selected() != 0) {
     status.TrayImage = Window_.Servers.At(Window_.Servers.Selected()).Image;
   }
   Shell_.Shell_NotifyIcon(TrayMessage::Modify, {status.TrayImage, tip});

@@ -7,8 +7,7 @@ namespace cvl {
 
 AboutBox::AboutBox(EventLoop &loop, const MainWindow &main, const std::string &maker_host)
     : Caption(Joined({"ABOUT - ", main.Caption})), Help(loop, "Help") {
-  ROT.Caption = Joined({"About Chronvale Server", " v", std::to_string(VersionMajor), ".",
-                        std::to_string(VersionMinor), ".", std::to_string(VersionRevision)});
+  ROT.Caption = Joined({"About Chronvale Server", " v", VersionText});
   Help.SetCaption("Online Help");
   Help.SetButtonStyle(button_style::Standard);
   Help.SetURL(Joined({"http://", maker_host, "/Chronvale/help"}));

@@ -35,9 +35,6 @@ enum class ControlKind {
   Button,
 };
 
-/// Twips to a pixel of a display at its usual size.
-inline constexpr int TwipsPerPixel = 15;
-
 /// Where a control stands inside its parent, in twips.
 struct Place {
   int Left;

@@ -41,16 +41,17 @@ void Panels::ReadBoxes() {
   PanelEnabled_ = (Window_.*service.MasterBox).IsTicked();
   PanelTCP_ = (Window_.*service.TcpBox).IsTicked();
   PanelUDP_ = (Window_.*service.UdpBox).IsTicked();
+  CopyCounts();
+}
+
+void Panels::CopyCounts() {
+  const ServiceControls &service = ControlsOf(PanelIndex_);
   TcpCount_ = State_.Requests.*service.TcpCount;
   UdpCount_ = State_.Requests.*service.UdpCount;
 }
 
 void Panels::RefreshCounts() {
-  if (PanelNode_ != 0) {
-    const ServiceControls &service = ControlsOf(PanelIndex_);
-    TcpCount_ = State_.Requests.*service.TcpCount;
-    UdpCount_ = State_.Requests.*service.UdpCount;
-  }
+  if (PanelNode_ != 0) CopyCounts();
   BuildText();
 }
 

@@ -35,6 +35,7 @@ class Panels {
 
  private:
   void ReadBoxes();
+  void CopyCounts();
   void BuildText() { TextIsStale_ = true; }
 
   MainWindow &Window_;

@@ -120,7 +120,7 @@ TEST_F(WindowsTest, TheBoxesWithoutEffectHaveNone) {
   EXPECT_EQ(System.Store.Text(FakeRegistry::SettingsKey, "OpenMinimized"), "(none)");
 }
 
-TEST_F(WindowsTest, CheckingForUpdatesDisablesTheButtonUntilTheCheckEnds) {
+TEST_F(WindowsTest, CheckingForUpdatesDisablesTheButton) {
   Load("-config");
   ConfigurationWindow &window = OpenConfiguration();
   window.CheckUpdate.Click();
@@ -215,7 +215,7 @@ TEST_F(WindowsTest, TheEndOfTheSystemLeavesAnOpenAboutBox) {
   EXPECT_NE(Server->Others().AboutIfAny(), nullptr);
 }
 
-TEST_F(WindowsTest, ClosingTheWindowDuringACheckLeavesTheCheckAlone) {
+TEST_F(WindowsTest, AWindowOpenedAgainDuringACheckHasItsButtonEnabled) {
   Load("-config");
   OpenConfiguration().CheckUpdate.Click();
   Server->Others().CloseConfiguration();

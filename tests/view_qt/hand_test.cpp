@@ -278,6 +278,17 @@ TEST_F(HandTest, AClickOnTheSelectedNodeIsAClickToo) {
   EXPECT_THAT(nodes, ElementsAre(3, 3));
 }
 
+TEST_F(HandTest, ThePanelsNodeKeepsTheHighlightWhenNoneIsClicked) {
+  auto &tree = Widget<QTreeWidget>("CVL_TV");
+  ClickNode(2);
+  ASSERT_TRUE(Node(2).isSelected());
+  ClickAt(*tree.viewport(), tree.visualItemRect(&Node(5)).center(), Qt::RightButton);
+  Refresh();
+  EXPECT_EQ(Model().CVL_TV.Selected, 2);
+  EXPECT_TRUE(Node(2).isSelected());
+  EXPECT_FALSE(Node(5).isSelected());
+}
+
 TEST_F(HandTest, TheArrowKeysWalkThroughTheTree) {
   const std::vector<int> &nodes = WatchNodes();
   ClickNode(2);

@@ -339,8 +339,7 @@ RasterRef QRBButtons::Cursor() const {
 }
 
 std::string QRBButtons::Version() {
-  return Joined({std::to_string(VersionMajor), ".", std::to_string(VersionMinor), ".",
-                 std::to_string(VersionRevision)});
+  return VersionText;
 }
 
 }  // namespace cvl

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "controls/control.h"
 #include "ui/button/button_view.h"
 
 namespace cvl {
@@ -28,9 +29,6 @@ class UnseenView final : public ButtonView {
 
   void OpenWithShell(const std::string &) override {}
   void NavigateTo(const std::string &) override {}
-
- private:
-  static constexpr int TwipsPerPixel = 15;  // at 96 dots per inch
 };
 
 }  // namespace cvl

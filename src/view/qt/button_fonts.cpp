@@ -23,7 +23,7 @@ QFont ToolkitFont(const ButtonFont &font, double scale) {
   // The container's font where the named one isn't installed.
   QFont made = FontFor({});
   const QString family = FromModel(font.Name);
-  if (QFontDatabase::families().contains(family)) made.setFamily(family);
+  if (QFontDatabase::hasFamily(family)) made.setFamily(family);
   made.setPixelSize(std::max(1, static_cast<int>(std::lround(font.Points * 96 / 72 * scale))));
   made.setBold(font.Bold);
   made.setItalic(font.Italic);

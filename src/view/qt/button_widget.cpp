@@ -19,9 +19,45 @@ int ShiftOf(Qt::KeyboardModifiers keys) {
          (keys.testFlag(Qt::AltModifier) ? 4 : 0);
 }
 
-/// Keys that have a character have its code; the others matter to no button.
+/// The shell's code of a key: that of its character, or a number of its own.
 int KeyCodeOf(const QKeyEvent &event) {
-  return event.key() < 0x100 ? event.key() : 0;
+  switch (event.key()) {
+    case Qt::Key_Backspace:
+      return 8;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return 13;
+    case Qt::Key_Shift:
+      return 16;
+    case Qt::Key_Control:
+      return 17;
+    case Qt::Key_Alt:
+      return 18;
+    case Qt::Key_Escape:
+      return 27;
+    case Qt::Key_PageUp:
+      return 33;
+    case Qt::Key_PageDown:
+      return 34;
+    case Qt::Key_End:
+      return 35;
+    case Qt::Key_Home:
+      return 36;
+    case Qt::Key_Left:
+      return 37;
+    case Qt::Key_Up:
+      return 38;
+    case Qt::Key_Right:
+      return 39;
+    case Qt::Key_Down:
+      return 40;
+    case Qt::Key_Insert:
+      return 45;
+    case Qt::Key_Delete:
+      return 46;
+    default:
+      return event.key() < 0x100 ? event.key() : 0;
+  }
 }
 
 }  // namespace
@@ -49,6 +85,8 @@ ButtonWidget::~ButtonWidget() {
 
 void ButtonWidget::RefreshModel() {
   RefreshControl(*this, Model_);
+  // The window may have gone to a display of another scale.
+  if (ShownScale_ != devicePixelRatioF()) FitSurface();
   Model_.RefreshIfStale();
 }
 
@@ -65,6 +103,11 @@ void ButtonWidget::paintEvent(QPaintEvent *) {
 }
 
 void ButtonWidget::resizeEvent(QResizeEvent *) {
+  FitSurface();
+}
+
+void ButtonWidget::FitSurface() {
+  ShownScale_ = devicePixelRatioF();
   Model_.Resize(InPixels(width()), InPixels(height()));
 }
 
@@ -103,25 +146,20 @@ void ButtonWidget::mouseReleaseEvent(QMouseEvent *event) {
 }
 
 void ButtonWidget::keyPressEvent(QKeyEvent *event) {
-  const int key = KeyCodeOf(*event);
-  if (key == 0) {
-    QWidget::keyPressEvent(event);
-    return;
-  }
+  const QByteArray code = event->text().toLatin1();
+  const int shift = ShiftOf(event->modifiers());
+  // The toolkit may have a use of its own for keys without a character.
+  if (code.isEmpty()) QWidget::keyPressEvent(event);
   Events_.Raise([&] {
-    Model_.OnKeyDown(key, ShiftOf(event->modifiers()));
-    const QByteArray code = event->text().toLatin1();
+    Model_.OnKeyDown(KeyCodeOf(*event), shift);
     if (code.size() == 1) Model_.OnKeyPress(static_cast<unsigned char>(code.at(0)));
   });
 }
 
 void ButtonWidget::keyReleaseEvent(QKeyEvent *event) {
-  const int key = KeyCodeOf(*event);
-  if (key == 0 || event->isAutoRepeat()) {
-    QWidget::keyReleaseEvent(event);
-    return;
-  }
-  Events_.Raise([&] { Model_.OnKeyUp(key, ShiftOf(event->modifiers())); });
+  // A key that is held goes down again and again, and up once.
+  if (event->isAutoRepeat()) return;
+  Events_.Raise([&] { Model_.OnKeyUp(KeyCodeOf(*event), ShiftOf(event->modifiers())); });
 }
 
 TextSize ButtonWidget::MeasureText(const ShownCaption &text, const ButtonFont &font, int width) {
@@ -134,7 +172,9 @@ void ButtonWidget::DrawText(Canvas &canvas, const ShownCaption &text, const Butt
 }
 
 bool ButtonWidget::PointerIsOver() {
-  return QApplication::widgetAt(QCursor::pos()) == this;
+  // Where the pointer has left for another program's window the display may not tell where it
+  // is, but tells that it has left.
+  return underMouse() && QApplication::widgetAt(QCursor::pos()) == this;
 }
 
 void ButtonWidget::SurfaceChanged() {

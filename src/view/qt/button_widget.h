@@ -58,12 +58,14 @@ class ButtonWidget final : public QWidget, private ButtonView {
   void NavigateTo(const std::string &address) override { Events_.OpenAddress(address); }
 
   int InPixels(double units) const;
+  void FitSurface();
   void TakeAccessKey();
   void TakeCursor();
 
   QRBButtons &Model_;
   ViewEvents &Events_;
   QShortcut AccessKey_;
+  double ShownScale_ = 0;  // of the display that the surface was made for
 };
 
 }  // namespace cvl

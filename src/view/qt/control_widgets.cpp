@@ -23,10 +23,7 @@ Mirror MakeCheckBox(const ControlLayout &layout, CheckBox &model, ViewEvents &ev
   auto *box = new QCheckBox(FromModel(layout.Text), parent);
   box->setFont(FontFor(layout.TextFont));
   const int room = layout.At.Width / TwipsPerPixel;
-  for (QFont font = box->font(); box->sizeHint().width() > room && font.pixelSize() > 7;) {
-    font.setPixelSize(font.pixelSize() - 1);
-    box->setFont(font);
-  }
+  Shrink(*box, [&] { return box->sizeHint().width() <= room; });
   QObject::connect(box, &QCheckBox::clicked, box, [&model, &events](bool ticked) {
     events.Raise([&] { model.SetValue(ticked ? Tick::On : Tick::Off); });
   });
@@ -47,17 +44,18 @@ Mirror MakeLockedTextBox(const ControlLayout &layout, TextBox &model, QWidget *p
 
 Mirror MakeImage(const ControlLayout &layout, Picture *model, QWidget *parent) {
   auto *image = new QLabel(parent);
-  if (model == nullptr) {
+  image->setAlignment(Qt::AlignCenter);
+  if (layout.Picture == ImageSource::Logo) {
     image->setPixmap(LogoPixmap(parent->devicePixelRatioF()));
-    image->setAlignment(Qt::AlignCenter);
     return {image, {}};
   }
-  static_cast<void>(layout);
-  return {image, [image, model, shown = 0]() mutable {
+  // Another image, or a display of another scale, wants another picture.
+  return {image, [image, model, shown = std::pair(0, 0.0)]() mutable {
             RefreshControl(*image, *model);
-            if (shown == model->Image || model->Image == 0) return;
-            shown = model->Image;
-            image->setPixmap(TablePixmap(shown, image->devicePixelRatioF()));
+            const std::pair wanted(model->Image, image->devicePixelRatioF());
+            if (shown == wanted || model->Image == 0) return;
+            shown = wanted;
+            image->setPixmap(TablePixmap(wanted.first, wanted.second));
           }};
 }
 

@@ -59,11 +59,13 @@ void FittedLabel::paintEvent(QPaintEvent *event) {
   painter.setPen(palette().color(QPalette::WindowText));
   QRect box = contentsRect();
   const QFontMetrics metrics(fitting);
-  if (metrics.height() >= box.height()) {
+  if (metrics.height() >= box.height() && !Text_.contains('\n')) {
     // A line with no more room than its face has: its letters stand at the top of the box, clear of
     // what stands under it.
     const int baseline = box.top() - metrics.tightBoundingRect(Text_).top();
-    painter.drawText(box.left(), baseline, Text_);
+    const int spare = box.width() - metrics.horizontalAdvance(Text_);
+    const int left = Flags_ & Qt::AlignRight ? spare : Flags_ & Qt::AlignHCenter ? spare / 2 : 0;
+    painter.drawText(box.left() + left, baseline, Text_);
     return;
   }
   painter.drawText(box, Flags_, Text_);

@@ -8,8 +8,6 @@ namespace cvl {
 
 namespace {
 
-constexpr int SmallestPixels = 6;
-
 QStringList FamiliesOf(FontFace face) {
   switch (face) {
     case FontFace::Dialog:
@@ -36,7 +34,7 @@ QFont FontFor(const LayoutFont &font) {
   QFont made = QFontDatabase::systemFont(IsMonospaced(font.Face) ? QFontDatabase::FixedFont
                                                                  : QFontDatabase::GeneralFont);
   for (const QString &family : FamiliesOf(font.Face)) {
-    if (!QFontDatabase::families().contains(family)) continue;
+    if (!QFontDatabase::hasFamily(family)) continue;
     made.setFamily(family);
     break;
   }

@@ -3,6 +3,7 @@
 #include <QFontMetrics>
 #include <QGridLayout>
 #include <QMessageBox>
+#include <QPointer>
 #include <QSpacerItem>
 
 #include "view/qt/qt_text.h"
@@ -28,7 +29,9 @@ void MakeRoomForTitle(QMessageBox &box) {
 
 BoxAnswer QtMessageBoxes::Show(BoxOwner owner, BoxStyle style, std::string_view title,
                                std::string_view text) {
-  QMessageBox box(WidgetOf ? WidgetOf(owner) : nullptr);
+  // Its owner takes it along if that goes first.
+  const QPointer<QMessageBox> shown = new QMessageBox(WidgetOf ? WidgetOf(owner) : nullptr);
+  QMessageBox &box = *shown;
   box.setWindowTitle(FromModel(title));
   box.setTextFormat(Qt::PlainText);
   box.setText(FromModel(text));
@@ -47,7 +50,9 @@ BoxAnswer QtMessageBoxes::Show(BoxOwner owner, BoxStyle style, std::string_view 
       break;
   }
   MakeRoomForTitle(box);
-  switch (box.exec()) {
+  const int answer = box.exec();
+  if (shown) shown->deleteLater();
+  switch (answer) {
     case QMessageBox::Yes:
       return BoxAnswer::Yes;
     case QMessageBox::No:

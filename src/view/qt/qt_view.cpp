@@ -34,9 +34,12 @@ constexpr int PassesAtOnce = 4;
 /// and when the display goes away under it. Its message comes just before, and nothing else
 /// tells of either. What else it says is of interest to nobody.
 void OnToolkitMessage(QtMsgType type, const QMessageLogContext &, const QString &text) {
-  if (type == QtFatalMsg) EndWith("cvlserver: no window: the display cannot be opened\n");
-  if (text.contains(QLatin1String("connection broke"))) {
-    if (ViewOfMessages != nullptr) ViewOfMessages->OnDisplayGone();
+  const bool is_open = ViewOfMessages != nullptr && ViewOfMessages->IsOpen();
+  if (type == QtFatalMsg && !is_open) {
+    EndWith("cvlserver: no window: the display cannot be opened\n");
+  }
+  if (type == QtFatalMsg || text.contains(QLatin1String("connection broke"))) {
+    if (is_open) ViewOfMessages->OnDisplayGone();
     EndWith("cvlserver: the display is gone\n");
   }
   const char *trace = std::getenv("CHRONVALE_TRACE");
@@ -83,7 +86,8 @@ void QtView::Build(const WindowModels &models) {
   RefreshTimer_ = std::make_unique<QTimer>();
   RefreshTimer_->setSingleShot(true);
   RefreshTimer_->setInterval(RefreshMs);
-  QObject::connect(RefreshTimer_.get(), &QTimer::timeout, [this] { Refresh(); });
+  QObject::connect(RefreshTimer_.get(), &QTimer::timeout, RefreshTimer_.get(),
+                   [this] { Refresh(); });
   Main_ = std::make_unique<WindowWidget>(models.Layout, WindowWidget::Minimises::Yes, *Events_);
   BuildMenu();
   ConnectWindow();
@@ -98,7 +102,7 @@ void QtView::BuildMenu() {
       continue;
     }
     QAction *action = Menu_->addAction(FromModel(entry->Caption));
-    QObject::connect(action, &QAction::triggered, [this, entry] {
+    QObject::connect(action, &QAction::triggered, action, [this, entry] {
       if (entry->OnClick) Events_->Raise(entry->OnClick);
     });
   }
@@ -113,15 +117,20 @@ void QtView::ConnectWindow() {
     Events_->Raise([&] { Models_->Tray.OnTrayEvent(event); });
   };
   Boxes_.WidgetOf = [this](BoxOwner owner) { return WidgetOf(owner); };
-  QObject::connect(Application_.get(), &QGuiApplication::commitDataRequest,
-                   [this] { Events_->Raise(Models_->OnSessionEnd); });
+  QObject::connect(Application_.get(), &QGuiApplication::commitDataRequest, Main_.get(),
+                   [this](QSessionManager &manager) {
+                     // A session would start the program anew without its switch, and so unseen.
+                     manager.setRestartHint(QSessionManager::RestartNever);
+                     Events_->Raise(Models_->OnSessionEnd);
+                   });
 }
 
 void QtView::Run(const WindowModels &models) {
   Build(models);
   Notifier_ = std::make_unique<QSocketNotifier>(static_cast<qintptr>(models.Loop.Descriptor()),
                                                 QSocketNotifier::Read);
-  QObject::connect(Notifier_.get(), &QSocketNotifier::activated, [this] { OnServerReady(); });
+  QObject::connect(Notifier_.get(), &QSocketNotifier::activated, Notifier_.get(),
+                   [this] { OnServerReady(); });
   OnServerReady();
   if (!models.Loop.IsQuitting()) QApplication::exec();
   CloseWindows();
@@ -208,6 +217,7 @@ void QtView::RefreshOthers() {
     const bool is_new = !widget;
     if (is_new) {
       model->OnShow = [&widget] {
+        widget->setWindowState(widget->windowState() & ~Qt::WindowMinimized);
         widget->raise();
         widget->activateWindow();
       };
@@ -230,9 +240,9 @@ void QtView::Drop(std::unique_ptr<WindowWidget> widget) {
   // when that has ended.
   widget->hide();
   ++Dropped_;
-  QObject::connect(widget.get(), &QObject::destroyed, [this] {
+  QObject::connect(widget.get(), &QObject::destroyed, RefreshTimer_.get(), [this] {
     --Dropped_;
-    RefreshTimer_->start();
+    if (Main_) RefreshTimer_->start();
   });
   widget.release()->deleteLater();
 }
@@ -244,8 +254,11 @@ void QtView::OnMainStateChange() {
                                                    : WindowState::Normal;
   if (state == Models_->Window.State) return;
   Events_->Raise([&] {
-    Models_->Tray.OnResize(state);
-    if (state != WindowState::Minimized) Models_->Window.Visible = true;
+    if (state == WindowState::Normal) {
+      Models_->Tray.Restore();
+    } else {
+      Models_->Tray.OnResize(state);
+    }
   });
 }
 

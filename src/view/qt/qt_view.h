@@ -28,6 +28,8 @@ class QtView final : public WindowModule {
   MessageBoxes &Boxes() override { return Boxes_; }
   void Run(const WindowModels &models) override;
 
+  bool IsOpen() const { return Application_ != nullptr; }
+
   /// The connection to the display has broken: ends the server, while there is time.
   void OnDisplayGone();
 

@@ -81,7 +81,6 @@ Mirror MakeTextBox(const ControlLayout &layout, TextBox &model, ViewEvents &even
   auto *box = new KeyLine(model, events, parent);
   box->setFont(FontFor(layout.TextFont));
   box->setAlignment(HorizontalOf(layout.Align));
-  box->setReadOnly(layout.Locked);
   if (layout.MaxLength != 0) box->setMaxLength(static_cast<int>(layout.MaxLength));
   QObject::connect(box, &QLineEdit::textEdited, box, [&model, &events](const QString &text) {
     events.Raise([&] { model.SetText(ToModel(text)); });

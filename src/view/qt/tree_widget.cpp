@@ -22,8 +22,6 @@ constexpr int NumberRole = Qt::UserRole;
 // So that all nodes are seen at once.
 constexpr int RowHeight = 16;
 
-constexpr int SmallestPixels = 7;
-
 /// The width that the rows of ITEMS need: indentation, picture, text, and what the style
 /// leaves free around both.
 int NeededWidth(const QTreeWidget &tree, const std::vector<QTreeWidgetItem *> &items) {
@@ -41,11 +39,7 @@ int NeededWidth(const QTreeWidget &tree, const std::vector<QTreeWidgetItem *> &i
 /// Makes the letters as small as the longest row needs.
 void FitFont(QTreeWidget &tree, const std::vector<QTreeWidgetItem *> &items) {
   const int room = tree.width() - 2 * tree.frameWidth();
-  QFont font = tree.font();
-  while (NeededWidth(tree, items) > room && font.pixelSize() > SmallestPixels) {
-    font.setPixelSize(font.pixelSize() - 1);
-    tree.setFont(font);
-  }
+  Shrink(tree, [&] { return NeededWidth(tree, items) <= room; });
 }
 
 /// Adds the nodes that TREE doesn't show yet. ITEMS are those it shows, by their numbers.
@@ -65,6 +59,18 @@ void AddNodes(QTreeWidget &tree, const TreeView &model, std::vector<QTreeWidgetI
   }
   for (std::size_t at = 0; at < items.size(); ++at) {
     if (model.Nodes[at].Expanded) items[at]->setExpanded(true);
+  }
+}
+
+/// Puts the highlight where the model's is. A press that is dragged elsewhere, or one of the
+/// right button, moves it without being a click.
+void ShowSelected(QTreeWidget &tree, const TreeView &model,
+                  const std::vector<QTreeWidgetItem *> &items) {
+  if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
+  const QSignalBlocker quiet(&tree);
+  for (std::size_t at = 0; at < items.size(); ++at) {
+    const bool selected = static_cast<int>(at + 1) == model.Selected;
+    if (items[at]->isSelected() != selected) items[at]->setSelected(selected);
   }
 }
 
@@ -93,9 +99,11 @@ Mirror MakeTree(const ControlLayout &layout, TreeView &model, ViewEvents &events
   });
   return {tree, [tree, &model, items = std::vector<QTreeWidgetItem *>()]() mutable {
             RefreshControl(*tree, model);
-            if (items.size() == model.Nodes.size()) return;
-            AddNodes(*tree, model, items);
-            FitFont(*tree, items);
+            if (items.size() < model.Nodes.size()) {
+              AddNodes(*tree, model, items);
+              FitFont(*tree, items);
+            }
+            ShowSelected(*tree, model, items);
           }};
 }
 

@@ -57,7 +57,10 @@ void WindowWidget::Add(const PlacedControl &control, ViewEvents &events) {
   const Place &at = layout.At;
   mirror.Widget->setGeometry(at.Left / TwipsPerPixel, at.Top / TwipsPerPixel,
                              at.Width / TwipsPerPixel, at.Height / TwipsPerPixel);
-  if (!mirror.Refresh) mirror.Widget->setVisible(layout.Visible);
+  if (!mirror.Refresh) {
+    mirror.Widget->setVisible(layout.Visible);
+    mirror.Widget->setToolTip(FromModel(layout.Tip));
+  }
   Mirrors_.push_back(std::move(mirror));
 }
 
