@@ -299,13 +299,14 @@ TEST_F(SyncExchangeTest, InMillisecond999TheRequestLeavesAllTheSame) {
   EXPECT_TRUE(State.Sync.SyncWaiting);
 }
 
-TEST_F(SyncExchangeTest, AFailingTrayUpdateStopsNothing) {
+TEST_F(SyncExchangeTest, WithNoServerSelectedTheTrayKeepsItsIcon) {
   AddServers(1);
   ShowWindow(WindowState::Minimized);
   Window.Servers.Clear();
   Window.Servers.Add("Nothing selected NA", 3);
   Exchange.SyncTimeNow();
-  EXPECT_THAT(Tray.Calls, IsEmpty());
+  ASSERT_THAT(Tray.Calls, SizeIs(1));
+  EXPECT_EQ(Tray.Calls[0].Icon, 0);
   EXPECT_EQ(Window.LED[0].Image, LampLitImage);
 }
 
