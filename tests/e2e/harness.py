@@ -284,6 +284,11 @@ class Server:
         with open(f"/proc/{self.process.pid}/status", encoding="ascii") as status:
             return int(re.search(rf"^{field}:\s+(\d+) kB", status.read(), re.M).group(1))
 
+    def is_sanitized(self):
+        """Whether the program was built with the address sanitizer."""
+        with open(f"/proc/{self.process.pid}/maps", encoding="utf-8") as maps:
+            return "libasan" in maps.read()
+
     def send_signal(self, number):
         self.process.send_signal(number)
 
