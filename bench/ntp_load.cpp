@@ -54,7 +54,7 @@ class UdpContender final : public Contender {
 
 /// Writes the settings of a chronyd that serves its own clock and touches nothing.
 std::string WriteChronydConfig(const std::string &directory, std::uint16_t port) {
-  const std::string path = directory + "/chronyd.conf";
+  std::string path = directory + "/chronyd.conf";
   std::ofstream(path) << "local stratum 8\nallow\nport " << port << "\ncmdport 0\n"
                       << "bindcmdaddress /\npidfile " << directory << "/chronyd.pid\n";
   return path;

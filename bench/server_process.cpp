@@ -35,6 +35,7 @@ namespace {
 
 ServerProcess::ServerProcess(const std::vector<std::string> &command, int core) : Process_(-1) {
   std::vector<char *> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string &argument : command) {
     arguments.push_back(const_cast<char *>(argument.c_str()));
   }
