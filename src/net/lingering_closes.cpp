@@ -24,6 +24,9 @@ class LingeringCloses::Closing final : public ReadyHandler {
   /// Where in the owner's list this stands, so that it is found in one step.
   std::list<std::unique_ptr<Closing>>::iterator Place;
 
+  /// Whether it has had its look.
+  bool IsSeen = false;
+
   /// Sends what is left, and ends our stream once all of it is out. False when the peer is
   /// gone and nothing is left to be done.
   bool SendRest() {
@@ -86,14 +89,14 @@ class LingeringCloses::Closing final : public ReadyHandler {
 LingeringCloses::LingeringCloses(EventLoop &loop, Network &network)
     : Loop_(loop),
       Network_(network),
-      LookTimer_(loop, [this] { LookAtUnseen(); }),
+      LookTimer_(loop, [this] { LookAtUnseen(Unseen_); }),
       Timer_(loop, [this] { Expire(); }),
       FirstUnseen_(Closing_.end()) {}
 
 LingeringCloses::~LingeringCloses() = default;
 
 void LingeringCloses::Add(SocketHandle socket, std::vector<std::uint8_t> unsent) {
-  if (Closing_.size() >= MostLingering) LookAtUnseen();
+  if (Closing_.size() >= MostLingering) LookAtUnseen(Unseen_);
   if (Closing_.size() >= MostLingering) {
     Network_.Close(socket);
     return;
@@ -102,23 +105,28 @@ void LingeringCloses::Add(SocketHandle socket, std::vector<std::uint8_t> unsent)
   Closing &closing = *Closing_.back();
   closing.Place = std::prev(Closing_.end());
   if (FirstUnseen_ == Closing_.end()) FirstUnseen_ = closing.Place;
+  ++Unseen_;
   if (!closing.SendRest()) {
     Remove(closing);
     return;
   }
+  if (Unseen_ > MostUnseen) LookAtUnseen(LooksInARow);
   if (!LookTimer_.IsRunning()) LookTimer_.Start(LookMs, LoopTimer::Repeat::No);
   if (!Timer_.IsRunning()) Timer_.Start(LingerMs, LoopTimer::Repeat::No);
 }
 
-void LingeringCloses::LookAtUnseen() {
-  while (FirstUnseen_ != Closing_.end()) {
+void LingeringCloses::LookAtUnseen(std::size_t most) {
+  for (; most > 0 && FirstUnseen_ != Closing_.end(); --most) {
     Closing &closing = **FirstUnseen_++;
+    closing.IsSeen = true;
+    --Unseen_;
     if (!closing.Look()) Remove(closing);
   }
 }
 
 void LingeringCloses::Remove(Closing &closing) {
   if (FirstUnseen_ == closing.Place) ++FirstUnseen_;
+  if (!closing.IsSeen) --Unseen_;
   Closing_.erase(closing.Place);
 }
 

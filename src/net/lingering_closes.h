@@ -24,6 +24,10 @@ class LingeringCloses {
   /// Most peers end at once. So a connection with nothing left to send isn't watched until it
   /// has been looked at, after at most this long.
   static constexpr std::int64_t LookMs = 100;
+  /// Beyond this many that wait for their look, the oldest have it early, a few in a row:
+  /// few enough to hold up no request, and together cheaper than each by itself.
+  static constexpr std::size_t MostUnseen = 256;
+  static constexpr std::size_t LooksInARow = 8;
 
   LingeringCloses(EventLoop &loop, Network &network);
   ~LingeringCloses();
@@ -38,7 +42,7 @@ class LingeringCloses {
  private:
   class Closing;
 
-  void LookAtUnseen();
+  void LookAtUnseen(std::size_t most);
   void Expire();
   void Remove(Closing &closing);
 
@@ -48,6 +52,7 @@ class LingeringCloses {
   LoopTimer Timer_;
   std::list<std::unique_ptr<Closing>> Closing_;                // the oldest first
   std::list<std::unique_ptr<Closing>>::iterator FirstUnseen_;  // those behind it are unseen too
+  std::size_t Unseen_ = 0;
 };
 
 }  // namespace cvl

@@ -1,5 +1,7 @@
 #include "net/lingering_closes.h"
 
+#include <algorithm>
+
 #include "tests/net/fake_net_test.h"
 
 namespace cvl {
@@ -191,16 +193,58 @@ TEST_F(LingeringClosesTest, BeyondThe1024thConnectionsAreClosedAtOnce) {
 }
 
 TEST_F(LingeringClosesTest, WithoutRoomThoseWhosePeersHaveEndedGiveWayAtOnce) {
-  FakeConnection &first = Connected();
-  Close(first);
+  FakeConnection *last = nullptr;
   while (Closes.Count() < LingeringCloses::MostLingering) {
-    Close(Connected());
+    last = &Connected();
+    Close(*last);
   }
-  first.End();
+  last->End();
   FakeConnection &next = Connected();
   Close(next);
-  EXPECT_TRUE(first.IsClosed);
+  EXPECT_TRUE(last->IsClosed);
   EXPECT_FALSE(next.IsClosed);
+}
+
+TEST_F(LingeringClosesTest, InAFloodTheOldestAreLookedAtAFewAtATime) {
+  std::vector<FakeConnection *> peers;
+  const auto add = [&] {
+    peers.push_back(&Connected());
+    Close(*peers.back());
+    peers.back()->End();
+  };
+  const auto closed = [&] {
+    return std::count_if(peers.begin(), peers.end(),
+                         [](const FakeConnection *peer) { return peer->IsClosed; });
+  };
+  while (Closes.Count() < LingeringCloses::MostUnseen) {
+    add();
+  }
+  EXPECT_EQ(closed(), 0);
+  for (int more = 0; more < 100; ++more) {
+    const auto before = closed();
+    add();
+    EXPECT_LE(closed() - before, static_cast<std::ptrdiff_t>(LingeringCloses::LooksInARow));
+    EXPECT_LE(Closes.Count(), LingeringCloses::MostUnseen);
+  }
+  EXPECT_TRUE(peers.front()->IsClosed);
+  EXPECT_FALSE(peers.back()->IsClosed);
+
+  Loop.Advance(LingeringCloses::LookMs);
+  EXPECT_EQ(Closes.Count(), 0U);
+}
+
+TEST_F(LingeringClosesTest, ConnectionsThatBreakAtTheirEndBringNobodyHisTurn) {
+  FakeConnection &waits = Connected();
+  Loop.Calls.clear();
+  Close(waits);
+  for (std::size_t count = 0; count < 2 * LingeringCloses::MostUnseen; ++count) {
+    FakeConnection &broken = Connected();
+    broken.Break();
+    Close(broken, "answer");
+  }
+  Close(Connected());
+  EXPECT_EQ(Closes.Count(), 2U);
+  EXPECT_TRUE(Loop.Calls.empty());  // neither is watched yet
 }
 
 TEST_F(LingeringClosesTest, ABrokenConnectionIsGivenUp) {
