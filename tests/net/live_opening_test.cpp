@@ -141,7 +141,7 @@ TEST_F(LiveOpening, AfterShutNothingOpens) {
   EXPECT_EQ(OpenDescriptors(), open);
 }
 
-// ---- Connections of our own
+// Connections of our own.
 
 class LiveConnect : public LiveTest {
  protected:

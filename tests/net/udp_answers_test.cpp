@@ -95,6 +95,7 @@ TEST_F(UdpAnswersTest, LeaveBeforeTheirSocketCloses) {
   Net.Arrive(123, Alice, "request");
   Loop.RunOnePass();
   EXPECT_EQ(SentTexts(), std::vector<std::string>{"last"});
+  EXPECT_EQ(Net.OpenCount(), 0U);
 }
 
 TEST_F(UdpAnswersTest, LeaveWhenTheLoopQuits) {
@@ -171,6 +172,86 @@ TEST_F(UdpAnswersTest, AreNotToldOfWhenAllOfThemFail) {
   Net.Arrive(123, Bob, "two");
   Loop.RunOnePass();
   EXPECT_EQ(told, 0);
+}
+
+TEST_F(UdpAnswersTest, AreAllSentThoughThereAreMoreThanTheQueueHolds) {
+  std::vector<std::string> expected;
+  for (std::size_t count = 0; count < DatagramBatch::Most; ++count) {
+    const std::string text = std::to_string(count);
+    expected.push_back("to " + text);
+    Net.Arrive(123, Alice, text);
+  }
+  ASSERT_GT(expected.size(), AnswerQueue::Most);
+  Loop.RunOnePass();
+  EXPECT_EQ(SentTexts(), expected);
+}
+
+TEST_F(UdpAnswersTest, KeepTheirOrderWithALongOne) {
+  OnData = [this] { Answer(Socket.GetText()); };
+  const std::string longest(AnswerQueue::LongestAnswer, 'x');
+  const std::string longer(AnswerQueue::LongestAnswer + 1, 'x');
+  for (const std::string &text : {std::string("one"), longest, longer, std::string("four")}) {
+    Net.Arrive(123, Alice, text);
+  }
+  Loop.RunOnePass();
+  EXPECT_EQ(SentTexts(), (std::vector<std::string>{"one", longest, longer, "four"}));
+}
+
+TEST_F(UdpAnswersTest, LeaveBeforeAPassInsideALaterHandler) {
+  std::size_t sent_behind_the_pass = 0;
+  OnData = [&] {
+    if (SentAtEach.size() == 1) {
+      Answer("answer");
+    } else {
+      Loop.RunOnePass();
+      sent_behind_the_pass = Net.Sent.size();
+    }
+  };
+  Net.Arrive(123, Alice, "one");
+  Net.Arrive(123, Bob, "two");
+  Loop.RunOnePass();
+  EXPECT_EQ(sent_behind_the_pass, 1U);
+  EXPECT_EQ(SentTexts(), std::vector<std::string>{"answer"});
+}
+
+TEST_F(UdpAnswersTest, LeaveBeforeAPassInsideTheirOwnHandler) {
+  std::size_t sent_behind_the_pass = 0;
+  OnData = [&] {
+    Answer("answer");
+    Loop.RunOnePass();
+    sent_behind_the_pass = Net.Sent.size();
+  };
+  Net.Arrive(123, Alice, "hello");
+  Loop.RunOnePass();
+  EXPECT_EQ(sent_behind_the_pass, 1U);
+  EXPECT_EQ(Net.Sent.size(), 1U);
+}
+
+TEST_F(UdpAnswersTest, ToSomebodyElseAreSendsLikeAnyOther) {
+  int failure = 0;
+  OnData = [&] {
+    Socket.SetRemoteHost("10.0.0.9");
+    Net.Fail(Operation::SendTo, error_number::NetworkUnreachable);
+    failure = Trap([&] { Socket.SendAnswer(BytesOf("lost")); }).Number;
+    Socket.SendAnswer(BytesOf("answer"));
+    EXPECT_EQ(Net.Sent.size(), 1U);
+  };
+  Net.Arrive(123, Alice, "hello", Here);
+  Loop.RunOnePass();
+  EXPECT_EQ(failure, error_number::NetworkUnreachable);
+  ASSERT_EQ(Net.Sent.size(), 1U);
+  EXPECT_EQ(Net.Sent[0].From, 0U);
+}
+
+TEST_F(UdpAnswersTest, ToANameWithoutAFreshAnswerFailWith11001) {
+  int failure = 0;
+  OnData = [&] {
+    Socket.SetRemoteHost("time.example");
+    failure = Trap([&] { Socket.SendAnswer(BytesOf("lost")); }).Number;
+  };
+  Net.Arrive(123, Alice, "hello");
+  Loop.RunOnePass();
+  EXPECT_EQ(failure, error_number::HostNotFound);
 }
 
 }  // namespace
