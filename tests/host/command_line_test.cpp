@@ -88,7 +88,7 @@ TEST_F(CommandLineTest, TheRunIsNotInteractiveWhileTheSettingsAreRead) {
   EXPECT_TRUE(HasLooked);
 }
 
-// ---- Without a display
+// Without a display.
 
 TEST_F(CommandLineTest, WithoutADisplayAWindowEndsTheRunBeforeTheSettingsAreRead) {
   System.Screen.InTheWay = "there is no display";
@@ -110,7 +110,7 @@ TEST_F(CommandLineTest, AHiddenRunAsksForNoDisplay) {
   }
 }
 
-// ---- -install and -uninstall
+// -install and -uninstall.
 
 TEST_F(CommandLineTest, InstallEntersTheServiceAndEnds) {
   When("save setting /Description=Chronvale Server Services",

@@ -76,7 +76,7 @@ TEST_F(ControlsTest, ANodeOfTheTreePutsItsPanelUp) {
             "Server is: Enabled\r\nTCP: ON - UDP: ON\r\nRequests: 0/t - 0/u");
 }
 
-// ---- The road of a request
+// The road of a request.
 
 TEST_F(ControlsTest, AReplyOpensTheServicesAndARequestIsAnswered) {
   Load("-config");

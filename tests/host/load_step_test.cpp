@@ -189,7 +189,7 @@ TEST_F(LoadStepTest, BothTimersTickFromTheFirstSecondOn) {
   EXPECT_NE(Server->Window.svrStatlbl.Caption, "old") << "SyncNow";
 }
 
-// ---- Settings
+// Settings.
 
 TEST_F(LoadStepTest, LoggingIsOnInEveryRunWhateverTheStoreSays) {
   Store("EnableLogging", "NO");
@@ -271,7 +271,7 @@ TEST_F(LoadStepTest, ATakenPortReachesTheStatusLineWithTheNextTick) {
   EXPECT_TRUE(Server->Window.Status.Caption.starts_with("That address is already in use."));
 }
 
-// ---- Failures
+// Failures.
 
 TEST_F(LoadStepTest, Millisecond999EndsTheProgramAtTheStamp) {
   StandInMillisecond999();

@@ -154,7 +154,7 @@ TEST_F(UnloadTest, TheBoxesAreStored) {
   EXPECT_EQ(System.Store.Text(FakeRegistry::SettingsKey, "SNTP123"), "YES:YES:YES:1123");
 }
 
-// ---- Failures
+// Failures.
 
 TEST_F(UnloadTest, SettingsThatCannotBeStoredStopNothing) {
   Load();
@@ -186,7 +186,7 @@ TEST_F(UnloadTest, AFailureBeforeTheSettingsComesOut) {
   EXPECT_FALSE(HasCalled("store Settings"));
 }
 
-// ---- In the middle of something
+// In the middle of something.
 
 TEST_F(UnloadTest, InsideANestedPassItStopsEverythingAtOnce) {
   Load("-config");

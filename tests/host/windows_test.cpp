@@ -31,7 +31,7 @@ class WindowsTest : public HostTest {
   }
 };
 
-// ---- Tree and panels
+// Tree and panels.
 
 TEST_F(WindowsTest, TheLastTwoNodesShowTheSecondaryWindows) {
   Load("-config");
@@ -68,7 +68,7 @@ TEST_F(WindowsTest, AFailureBehindAClickOnTheServiceTextIsPassedOver) {
   EXPECT_NO_THROW(Main().svrStatlbl.OnClick());
 }
 
-// ---- Configuration window
+// Configuration window.
 
 TEST_F(WindowsTest, ChoosingARegionDrawsFromItAndLeavesTheServer) {
   System.Files.Contents[ServerFile] += "10.0.0.9:::One EU:::3:::2\n";
@@ -146,7 +146,7 @@ TEST_F(WindowsTest, AWindowOpenedAgainIsConnectedAgain) {
   EXPECT_EQ(Server->Others().ConfigurationIfAny(), nullptr);
 }
 
-// ---- Into the tray and back
+// Into the tray and back.
 
 TEST_F(WindowsTest, AShownWindowComesWithAResizeThatRemovesTheTrayEntry) {
   Load("-config");
@@ -186,7 +186,7 @@ TEST_F(WindowsTest, TheMenuEntryExitEndsTheProgram) {
   EXPECT_EQ(TrayMessages().back(), TrayMessage::Remove);
 }
 
-// ---- The end of the secondary windows
+// The end of the secondary windows.
 
 TEST_F(WindowsTest, TheCloseButtonUnloadsBothSecondaryWindows) {
   Load("-config");

@@ -78,7 +78,7 @@ TEST_F(LoadServers, PointsAUdpSocketAtItsOwnMachine) {
   }
 }
 
-// ---- The number in the port box
+// The number in the port box.
 
 TEST_F(LoadServers, ReadsTheNumberAtTheStartOfTheText) {
   Window.NTP_Ptxt.SetText("123ab");
@@ -125,7 +125,7 @@ TEST_F(LoadServers, LeavesTheSocketClosedWithoutAWordForANegativeNumber) {
   EXPECT_FALSE(IsStatusUp());
 }
 
-// ---- Failures
+// Failures.
 
 TEST_F(LoadServers, ReportsATakenPort) {
   Net.TakenPorts = {37, 123, 519, 3777};

@@ -243,7 +243,7 @@ TEST_F(NtpOverUdp, EndsTheProcessWhenTheCounterIsFull) {
   ExpectProcessEnds(error_number::Overflow, [&] { Loop.Drain(); });
 }
 
-// ---- The answers of time servers, which come to the same socket
+// The answers of time servers, which come to the same socket.
 
 TEST_F(NtpOverUdp, TakesAnEchoOfThreeBytesForTheServersReplyWhileOneIsAwaited) {
   State.Flags.TimeSynced = false;

@@ -51,7 +51,7 @@ class RequestLogTest : public StatusTest {
   RequestLog Log{State, Time, Watched};
 };
 
-// ---- The line
+// The line.
 
 TEST_F(RequestLogTest, ADaytimeRequestLeavesItsLineByteForByte) {
   HaveAFile();
@@ -157,7 +157,7 @@ TEST_F(RequestLogTest, LocalTimeNamesFileAndLine) {
             std::string::npos);
 }
 
-// ---- The file
+// The file.
 
 TEST_F(RequestLogTest, ANewFileBeginsWithItsHeader) {
   LogDaytime();
@@ -243,7 +243,7 @@ TEST_F(RequestLogTest, TheHeaderIsOfAnEarlierMomentThanTheLineBehindIt) {
   EXPECT_TRUE(file.starts_with(Header("11/14/2002 12:00:01 PM") + "2002-11-14 12:00:02 ")) << file;
 }
 
-// ---- The operations
+// The operations.
 
 TEST_F(RequestLogTest, ALineCostsOneOpeningForAppending) {
   HaveAFile();
@@ -275,7 +275,7 @@ TEST_F(RequestLogTest, WhileItIsOffNoFileIsTouched) {
   EXPECT_EQ(Clock.NowReadings, 0);
 }
 
-// ---- Failures
+// Failures.
 
 TEST_F(RequestLogTest, AFileThatCannotBeWrittenIsPassedOver) {
   HaveAFile();

@@ -10,7 +10,7 @@ using testing::SizeIs;
 
 constexpr std::int32_t Most = 2147483647;
 
-// ---- StatusUp
+// StatusUp.
 
 class StatusUpTest : public StatusTest {
  protected:
@@ -103,7 +103,7 @@ TEST_F(StatusUpTest, NothingIsDrawn) {
   EXPECT_EQ(Window.Status.Caption, "Synchronizing CVL Server...please wait.");
 }
 
-// ---- UpdateSZTIP
+// UpdateSZTIP.
 
 class UpdateSztipTest : public StatusTest {
  protected:

@@ -19,7 +19,7 @@ class StatusTickTest : public StatusTest {
   StatusTick Tick{State, Window, LampRow, Time, Loop};
 };
 
-// ---- The clock
+// The clock.
 
 TEST_F(StatusTickTest, TheClockShowsLocalTimeAndUtc) {
   Clock.Zone.Period = ZonePeriod::Daylight;
@@ -87,7 +87,7 @@ TEST_F(StatusTickTest, TheClockRunsWithoutAWindowToo) {
   EXPECT_NE(Shown(), "");
 }
 
-// ---- Lamps
+// Lamps.
 
 TEST_F(StatusTickTest, ATickPutsFourLampsOutAndLeavesTheSourceLamp) {
   ShowWindow();
@@ -101,7 +101,7 @@ TEST_F(StatusTickTest, ATickPutsFourLampsOutAndLeavesTheSourceLamp) {
   }
 }
 
-// ---- The zone
+// The zone.
 
 TEST_F(StatusTickTest, TheZoneIsReadAnewAtEveryTenthTick) {
   Clock.Zone.Bias = 300;
@@ -127,7 +127,7 @@ TEST_F(StatusTickTest, AChangeOfTheZoneShowsInTheClockAtOnce) {
   EXPECT_EQ(State.Zone.TZBias, 0);
 }
 
-// ---- The base dates
+// The base dates.
 
 TEST_F(StatusTickTest, ALostGuardBringsTheBaseDatesBack) {
   State.Dates.Guard = {};
@@ -170,7 +170,7 @@ TEST_F(StatusTickTest, WithItsDatesInPlaceATickLetsNoEventRun) {
   EXPECT_FALSE(event.HasRun);
 }
 
-// ---- A pause
+// A pause.
 
 TEST_F(StatusTickTest, APauseStopsClockLampsAndCount) {
   ShowWindow();

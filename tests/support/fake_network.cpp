@@ -20,7 +20,7 @@ Endpoint At(std::string_view address, std::uint16_t port) {
   return {*parsed, port};
 }
 
-// ---- FakeConnection
+// FakeConnection.
 
 void FakeConnection::Send(std::span<const std::uint8_t> bytes) {
   Unread_.insert(Unread_.end(), bytes.begin(), bytes.end());
@@ -75,7 +75,7 @@ int FakeConnection::TakeError() {
   return std::exchange(Error_, 0);
 }
 
-// ---- FakeNetwork: what the test makes happen and sees
+// FakeNetwork: what the test makes happen and sees.
 
 bool FakeNetwork::Arrive(std::uint16_t port, Endpoint sender, std::span<const std::uint8_t> bytes,
                          Ipv4Address local_address) {
@@ -133,7 +133,7 @@ bool FakeNetwork::IsListening(std::uint16_t port) const {
   });
 }
 
-// ---- FakeNetwork: handles
+// FakeNetwork: handles.
 
 FakeNetwork::Bound *FakeNetwork::FindBound(Kind kind, std::uint16_t port, SocketHandle *handle) {
   for (auto &[socket, bound] : Bound_) {
@@ -174,7 +174,7 @@ Network::Opened FakeNetwork::Open(Kind kind, std::uint16_t port) {
   return {0, handle};
 }
 
-// ---- FakeNetwork: the operations
+// FakeNetwork: the operations.
 
 Network::Opened FakeNetwork::OpenDatagram(std::uint16_t port) {
   const int error = NextFailure(Operation::OpenDatagram);
@@ -301,7 +301,7 @@ void FakeNetwork::Close(SocketHandle socket) {
   Loop_.Forget(socket);
 }
 
-// ---- Datagrams
+// Datagrams.
 
 class FakeNetwork::Batch final : public DatagramBatch {
  public:

@@ -39,7 +39,7 @@ SystemTime FieldsAt(int hour, int minute, int second, int milliseconds) {
           static_cast<std::uint16_t>(milliseconds)};
 }
 
-// ---- MillisecondsOf
+// MillisecondsOf.
 
 TEST(MillisecondsOf, ReadsSecondsAndFractionBigEndian) {
   EXPECT_EQ(MillisecondsOf(0, StampOf(0xC146AFC0, 0)), Noon);
@@ -64,7 +64,7 @@ TEST(MillisecondsOf, Raises9WhereEightBytesArentThere) {
   ExpectRuntimeError(9, [&] { return MillisecondsOf(static_cast<std::size_t>(-1), packet); });
 }
 
-// ---- MillisecondsOfText
+// MillisecondsOfText.
 
 TEST(MillisecondsOfText, AWholeNumberGivesItsLastThreeDigits) {
   EXPECT_EQ(MillisecondsOfText(Noon), 0);
@@ -106,7 +106,7 @@ TEST(MillisecondsOfText, EarlierMomentsHaveMoreDecimalsAndLoseDigits) {
   EXPECT_EQ(MillisecondsOfText(12), 12);
 }
 
-// ---- ClockFieldsOf
+// ClockFieldsOf.
 
 TEST(ClockFieldsOf, ASecondOfTheServerMakesTheFields) {
   EXPECT_EQ(ClockFieldsOf(Noon, 0), FieldsAt(12, 0, 0, 0));
@@ -168,7 +168,7 @@ TEST(ClockFieldsOf, TheLastSecondOfTheEraStillFits) {
   EXPECT_EQ(ClockFieldsOf(4294967295000.0, 0), (SystemTime{2036, 2, 0, 7, 6, 28, 15, 0}));
 }
 
-// ---- Against another computation
+// Against another computation.
 
 /// The digits as a stream writes them, read by the C library.
 int MillisecondsByStream(double milliseconds) {

@@ -230,7 +230,7 @@ TEST_F(SyncExchangeTest, AnAnswerThatComesAtOnceIsTaken) {
   EXPECT_FALSE(State.Sync.SyncWaiting);
 }
 
-// ---- Failures
+// Failures.
 
 TEST_F(SyncExchangeTest, AFailedSendDrawsAServerAndTheNextTickTriesAgain) {
   AddServers(10);

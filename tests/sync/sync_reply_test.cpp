@@ -42,7 +42,7 @@ class SyncReplyTest : public SyncTest {
   }
 };
 
-// ---- IsReply
+// IsReply.
 
 TEST_F(SyncReplyTest, ThreeBytesOfTheStampMakeAReply) {
   NtpPacket packet{};
@@ -64,7 +64,7 @@ TEST_F(SyncReplyTest, WhenNoRequestIsOutNothingIsAReply) {
   EXPECT_FALSE(Exchange.IsReply(Reply()));
 }
 
-// ---- TakeReply
+// TakeReply.
 
 TEST_F(SyncReplyTest, AReplyIsNoRequest) {
   Exchange.TakeReply(Reply());
@@ -225,7 +225,7 @@ TEST_F(FirstReplyTest, ASentTimeThatWasNeverTakenStopsNothing) {
   EXPECT_TRUE(State.Flags.TimeSynced);
 }
 
-// ---- TakeRefusal
+// TakeRefusal.
 
 TEST_F(SyncReplyTest, ARefusalMakesTheNextTickAskAnother) {
   AddServers(10);
@@ -248,7 +248,7 @@ TEST_F(SyncReplyTest, ARefusalWithTheSmallestIntervalStopsNothing) {
   EXPECT_NO_THROW(Exchange.TakeRefusal());
 }
 
-// ---- GoMilli
+// GoMilli.
 
 TEST_F(SyncReplyTest, GoMilliTellsMillisecondsSince1900) {
   EXPECT_EQ(Exchange.GoMilli(40, Reply(Noon, 0x40000000), false), 3242635200250.0);
@@ -264,7 +264,7 @@ TEST_F(SyncReplyTest, GoMilliRaises9OutsideTheBytes) {
   ExpectRuntimeError(9, [&] { return Exchange.GoMilli(-1, Reply(), true); });
 }
 
-// ---- StoreOctets
+// StoreOctets.
 
 TEST_F(SyncReplyTest, OctetsAreStoredOneByOne) {
   Exchange.StoreOctets("10.77.0.255");

@@ -30,7 +30,7 @@ class SyncScheduleTest : public SyncTest {
   int Exchanges = 0;
 };
 
-// ---- CalcIntC
+// CalcIntC.
 
 TEST_F(SyncScheduleTest, TheIntervalIsTheNumberTimesTheUnit) {
   EXPECT_EQ(SecondsOf("59", "Second/s"), 59);
@@ -119,7 +119,7 @@ TEST_F(SyncScheduleTest, SecondsSwitchOnATimerThatWasOff) {
   EXPECT_TRUE(SyncNow.IsEnabled());
 }
 
-// ---- FilterSyncN
+// FilterSyncN.
 
 TEST_F(SyncScheduleTest, TheBoxKeepsNumbersAlone) {
   struct Row {
@@ -147,7 +147,7 @@ TEST_F(SyncScheduleTest, TypingDoesNotChangeTheSchedule) {
   EXPECT_EQ(Schedule.SyncSeconds(), 3540);
 }
 
-// ---- Tick
+// Tick.
 
 TEST_F(SyncScheduleTest, AnExchangeStartsAtEveryNthTick) {
   SecondsOf("3", "Second/s");
@@ -253,7 +253,7 @@ TEST_F(SyncScheduleTest, TheTimerTicksOnceASecondFromTheBeginning) {
   EXPECT_EQ(Schedule.SyncCount(), 11);
 }
 
-// ---- The labels
+// The labels.
 
 class TickLabelsTest : public SyncScheduleTest {
  protected:

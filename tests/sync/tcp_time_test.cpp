@@ -80,7 +80,7 @@ TEST_F(TcpTimeTest, AnAnswerClosesTheSocket) {
   EXPECT_TRUE(Net.Connections.back().HasEnded);
 }
 
-// ---- The clock agrees
+// The clock agrees.
 
 TEST_F(TcpTimeTest, AClockThatAgreesIsLeftAlone) {
   Exchange37(Noon);
@@ -100,7 +100,7 @@ TEST_F(TcpTimeTest, AClockThatAgreesIsReported) {
             " 10/3/2002 12:00:00 PM |  Atomically Correct: No Adjustment needed! ");
 }
 
-// ---- The clock differs
+// The clock differs.
 
 TEST_F(TcpTimeTest, AClockThatIsBehindIsPutForward) {
   Exchange37(Noon + 5);
@@ -175,7 +175,7 @@ TEST_F(TcpTimeTest, TheBaseDateIsStoredAnew) {
   EXPECT_EQ(State.Sync.SyncMessage, " Atomically Correct: No Adjustment needed! ");
 }
 
-// ---- The peer and the zone
+// The peer and the zone.
 
 TEST_F(TcpTimeTest, ThePeersAddressBecomesTheReference) {
   Exchange37(Noon);
@@ -209,7 +209,7 @@ TEST_F(TcpTimeTest, AZoneOfUnknownPeriodHasItsStandardName) {
   EXPECT_EQ(State.Sync.SyncMessage, " Atomically Correct: No Adjustment needed! ");
 }
 
-// ---- The tray
+// The tray.
 
 TEST_F(TcpTimeTest, TheTrayShowsWhatCameOfIt) {
   ShowWindow(WindowState::Minimized);
@@ -221,7 +221,7 @@ TEST_F(TcpTimeTest, TheTrayShowsWhatCameOfIt) {
   EXPECT_EQ(Tray.Calls[1].Tip, Tip());
 }
 
-// ---- Failures
+// Failures.
 
 TEST_F(TcpTimeTest, AShortAnswerClosesAndTheNextTickTriesAgain) {
   ShowWindow();

@@ -116,7 +116,7 @@ TEST_F(GrabMJulianTest, IsStandardTimeInJanuaryAlsoInTheSouthernHemisphere) {
   EXPECT_EQ(TextAt(DateTime::Of(2002, 1, 15, 12, 0, 0)).substr(24, 3), " 00");
 }
 
-// ---- Forty-two years, hour by hour, against a calendar that counts days on its fingers.
+// Forty-two years, hour by hour, against a calendar that counts days on its fingers.
 
 constexpr std::int64_t Day = 86400;
 

@@ -20,7 +20,7 @@ Painting Bare() {
   return {40, 30, button_style::Bare};
 }
 
-// ---- Background.
+// Background.
 
 /// Every pixel tells where it stands: column in red, row in green.
 RasterRef Map() {
@@ -154,7 +154,7 @@ TEST(MenuBackground, CoversTheParentsPictureWhileHoveredOrPressed) {
             0xFF9C8BECU);
 }
 
-// ---- Focus rectangle.
+// Focus rectangle.
 
 TEST(FocusRectangle, IsDottedThreePixelsInside) {
   Painting painting = Bare();
@@ -189,7 +189,7 @@ TEST(FocusRectangle, BelongsToAllStylesButRounded) {
   }
 }
 
-// ---- Picture.
+// Picture.
 
 /// A picture of 2 by 2 in the middle of 40 by 30: its place is (19, 14) to (21, 16).
 Painting WithPicture(std::int32_t style) {
@@ -330,7 +330,7 @@ TEST(ButtonPicture, LiesUnderTheFocusRectangle) {
   EXPECT_EQ(painting.Paint().At(3, 3), 0xFFFEFFFFU) << "1, 0, 0 turned to its opposite";
 }
 
-// ---- Caption.
+// Caption.
 
 /// 24 by 13 in the middle of 40 by 30, whose working area is 4 to 37 and 4 to 27.
 Painting WithCaption(std::int32_t style) {

@@ -21,7 +21,7 @@ RasterRef PictureOf(int width, int height) {
                         static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 1));
 }
 
-// ---- Size and surface.
+// Size and surface.
 
 TEST_F(QRBButtonsTest, GrowsFromAWidthOfFiveTo150ContainerUnits) {
   Button.Resize(5, 30);
@@ -149,7 +149,7 @@ TEST_F(QRBButtonsTest, PaintsOnceWhenItWasDisabledThroughItsField) {
   EXPECT_THAT(Happened(), IsEmpty());
 }
 
-// ---- Writes.
+// Writes.
 
 TEST_F(QRBButtonsTest, TellsAndRepaintsWithEachWriteThatShows) {
   Button.SetBackColor(1);
@@ -254,7 +254,7 @@ TEST_F(QRBButtonsTest, UsesTheFontOfItsContainerUntilItHasItsOwn) {
   EXPECT_EQ(Button.Font().Name, "Verdana");
 }
 
-// ---- Sizes of the picture.
+// Sizes of the picture.
 
 struct DrawnSize {
   int Width;
@@ -309,7 +309,7 @@ TEST_F(QRBButtonsTest, ShowsANewPictureAtOnce) {
   EXPECT_EQ(Button.Surface().At(20, 15), 0xFF000001U);
 }
 
-// ---- Cursor.
+// Cursor.
 
 TEST_F(QRBButtonsTest, PointsWithItsHandAtFirst) {
   EXPECT_TRUE(Button.DefCurHand());
@@ -357,7 +357,7 @@ TEST_F(QRBButtonsTest, TellsItsVersion) {
   EXPECT_EQ(QRBButtons::Version(), "5.1.1");
 }
 
-// ---- The store.
+// The store.
 
 TEST_F(QRBButtonsTest, StoresNothingWhenItIsNew) {
   PropertyStore store;

@@ -109,7 +109,7 @@ TEST_F(DownloadTest, AnEmptyFileIsCompleteWithItsHeader) {
   EXPECT_EQ(Syncs, 1);
 }
 
-// ---- Files that can't be written.
+// Files that can't be written.
 
 TEST_F(DownloadTest, WithoutAFileToWriteTheListComesFromTheOldOne) {
   PutServerFile(ServerFile({"10.9.9.9"}));
@@ -150,7 +150,7 @@ TEST_F(DownloadTest, AListThatFailsIsAFailedStepAndTheProgramGoesOn) {
   EXPECT_EQ(RequestLine(Begin()), GetServerFile);
 }
 
-// ---- More than one download in a run.
+// More than one download in a run.
 
 TEST_F(DownloadTest, ASecondOneIsNotSaved) {
   Send(Begin(), Answer(NewFile));

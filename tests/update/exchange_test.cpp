@@ -56,7 +56,7 @@ TEST_F(ExchangeTest, AClickDisablesTheButtonUntilTheCheckEnds) {
   EXPECT_FALSE(Update.ManualCheck);
 }
 
-// ---- How an exchange ends without an answer.
+// How an exchange ends without an answer.
 
 TEST_F(ExchangeTest, WithAnUnknownHostEndsInSilence) {
   State.Start.MakerHost = "gone.example";
@@ -149,7 +149,7 @@ TEST_F(ExchangeTest, StartsNothingOnceThePlaceIsBeingLeft) {
   EXPECT_TRUE(Net.Connections.empty());
 }
 
-// ---- How the end of the body is found.
+// How the end of the body is found.
 
 TEST_F(ExchangeTest, TheStatusLineIsNeverRead) {
   PutServerFile("12345");

@@ -43,7 +43,7 @@ TEST_F(SaveItTest, OfFewerThanSixFieldsIsSilenceWithTheButtonDisabled) {
   EXPECT_EQ(Dialogs.Boxes.size(), 1U);
 }
 
-// ---- The server file.
+// The server file.
 
 TEST_F(SaveItTest, AServerFileOneByteLongerIsOffered) {
   PutServerFile("123456");
@@ -134,7 +134,7 @@ TEST_F(SaveItTest, ASizeThatIsTooLargeEndsItInSilence) {
   EXPECT_FALSE(Button.Enabled);
 }
 
-// ---- The program.
+// The program.
 
 TEST_F(SaveItTest, ANewerProgramIsOfferedWhereThereIsAWindow) {
   State.Flags.Interactive = true;
@@ -217,7 +217,7 @@ TEST_F(SaveItTest, AMissingUpdaterLeavesTheTitleAsItWasSet) {
   EXPECT_EQ(Dialogs.Boxes.size(), 1U);
 }
 
-// ---- What stays behind.
+// What stays behind.
 
 TEST_F(SaveItTest, ARunThatHasOfferedSomethingStaysSilentAtLaterChecks) {
   PutServerFile("1234");

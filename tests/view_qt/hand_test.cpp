@@ -60,7 +60,7 @@ class HandTest : public WindowTest {
   std::vector<int> Nodes_;
 };
 
-// ---- Boxes
+// Boxes.
 
 TEST_F(HandTest, AClickTicksABoxAndItsHandlerRuns) {
   Click(Widget("eNTP"));
@@ -112,7 +112,7 @@ TEST_F(HandTest, ABoxThatIsSwitchedOffTakesNoClick) {
   EXPECT_FALSE(Model().RandomCheck.IsTicked());
 }
 
-// ---- Lines
+// Lines.
 
 TEST_F(HandTest, APortIsTypedAndRegisteredWithEnter) {
   ClickNode(4);
@@ -189,7 +189,7 @@ TEST_F(HandTest, NothingCanBeTypedIntoTheClock) {
   EXPECT_NE(Focus(), "svrCurrent");
 }
 
-// ---- Lists
+// Lists.
 
 TEST_F(HandTest, AServerIsChosen) {
   int clicks = 0;
@@ -254,7 +254,7 @@ TEST_F(HandTest, ARegionIsChosen) {
             "EU - Europe [UK, Spain, Italy, France]");
 }
 
-// ---- The tree
+// The tree.
 
 TEST_F(HandTest, EachNodePutsItsPanelUp) {
   const std::vector<int> &nodes = WatchNodes();
@@ -342,7 +342,7 @@ TEST_F(HandTest, AClickOnTheStatusWithNothingSelectedDoesNothing) {
   EXPECT_EQ(Model().svrStatlbl.Caption, "As it was");
 }
 
-// ---- Minimised and back
+// Minimised and back.
 
 TEST_F(HandTest, MinimisingTakesTheWindowIntoTheTrayAndRestoringBringsItBack) {
   WindowWidget &window = *TheView().Main();

@@ -173,7 +173,7 @@ TEST_F(MirrorTest, ATitleThatChangesIsSeen) {
   EXPECT_EQ(Text(TheView().Main()->windowTitle()), "Another Title");
 }
 
-// ---- The clock
+// The clock.
 
 TEST_F(MirrorTest, TheClockAdvancesWithEachTick) {
   EXPECT_EQ(Shown("svrCurrent"), "");
@@ -200,7 +200,7 @@ TEST_F(MirrorTest, APauseFreezesTheClock) {
   EXPECT_NE(Shown("svrCurrent"), before);
 }
 
-// ---- The lamps
+// The lamps.
 
 TEST_F(MirrorTest, ARequestLightsItsLampsUntilTheNextTick) {
   Synchronise();
@@ -237,7 +237,7 @@ TEST_F(MirrorTest, ThePauseLeavesTheLampsAsTheyAre) {
   EXPECT_EQ(ImageOfLamp("LED(3)"), LampLitImage);
 }
 
-// ---- Buttons
+// Buttons.
 
 TEST_F(MirrorTest, AButtonThatIsSwitchedOffLooksSo) {
   Server->Others().ShowConfiguration();
