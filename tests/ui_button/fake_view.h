@@ -18,6 +18,12 @@
 
 namespace cvl {
 
+/// A picture of one colour.
+inline RasterRef PictureOf(int width, int height) {
+  const std::size_t pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  return MakeRaster(RasterKind::Bitmap, width, height, std::vector<std::uint32_t>(pixels, 1));
+}
+
 class FakeView final : public ButtonView, public FakeFont {
  public:
   std::vector<std::string> Journal;
