@@ -39,24 +39,25 @@ def TestRequestsAreAnsweredWhileTheResolverNeverAnswers():
             # two seconds, in which the loop goes on.
             server.wait_for_gate()
             upstream.tell("one-byte")
-            longest = 0.0
             asked = 0
-            end = time.monotonic() + 4
+            longest_silence = 0.0
+            begin = last_answer = time.monotonic()
             with world.peer_socket() as client:
-                client.settimeout(5)
+                client.settimeout(0.3)
                 client.connect((SERVER_ADDRESS, 123))
-                while time.monotonic() < end:
-                    begin = time.monotonic()
+                while time.monotonic() < begin + 4:
                     client.send(request())
                     try:
                         client.recv(100)
-                        longest = max(longest, time.monotonic() - begin)
-                        asked += 1
                     except socket.timeout:  # millisecond 999
                         continue
+                    now = time.monotonic()
+                    longest_silence = max(longest_silence, now - last_answer)
+                    last_answer = now
+                    asked += 1
             assert asked > 100, asked
             # A lookup on the loop would have held an answer up for its 30 seconds.
-            assert longest < 2, longest
+            assert longest_silence < 2, longest_silence
             assert server.stop() == 0
 
 

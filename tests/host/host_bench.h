@@ -30,7 +30,7 @@ class HostTest : public testing::Test {
     Store("SNTP123", "YES:YES:YES:123");
   }
 
-  // ---- What the test does.
+  // What the test does.
 
   void Store(const std::string &name, const std::string &value) {
     System.Store.Put(FakeRegistry::SettingsKey, name, value);
@@ -72,7 +72,7 @@ class HostTest : public testing::Test {
     };
   }
 
-  // ---- What the test sees.
+  // What the test sees.
 
   bool HasCalled(const std::string &call) const {
     return std::find(Calls().begin(), Calls().end(), call) != Calls().end();

@@ -15,6 +15,9 @@ struct Row {
   /// How much the counter has risen when the connection stands: the NTP service counts
   /// arrivals of data.
   std::int32_t Counted;
+  /// What the client box says of a client that could not be accepted: some services show it
+  /// before they accept it.
+  const char *ShownWithoutASlot;
 };
 
 class ConnectionRequest : public ServiceTest, public testing::WithParamInterface<Row> {
@@ -80,24 +83,48 @@ TEST_P(ConnectionRequest, PassesUnseenInAPause) {
   ExpectNothingHappened(Ask());
 }
 
+TEST_P(ConnectionRequest, IsDroppedUncountedWhenEverySlotIsBusy) {
+  ShowWindow();
+  State.Flags.EnableLogging = true;
+  for (int made = 1; made <= INT16_MAX; ++made) {
+    TcpSocket &slot = Slots()[Slots().FindFree()];
+    slot.SetRemoteHost("10.0.0.9");
+    slot.Connect();  // a cheap way to keep it busy
+  }
+  const FakeConnection &client = Ask();
+  EXPECT_TRUE(client.IsClosed);
+  EXPECT_EQ(client.Received, Bytes());
+  EXPECT_EQ(Slots()[0].State(), SocketState::Listening);
+  EXPECT_EQ(Count(), 0);
+  EXPECT_EQ(Box().Text(), GetParam().ShownWithoutASlot);
+  EXPECT_FALSE(IsLit(Received));
+  EXPECT_FALSE(IsLit(Tcp));
+  EXPECT_EQ(Files.Appends, 0);
+
+  Slots()[300].Close();
+  EXPECT_TRUE(Ask().IsAccepted);
+  EXPECT_EQ(Count(), GetParam().Counted);
+}
+
 TEST_P(ConnectionRequest, ShowsTheClientByItsOwnAddress) {
   Ask();
   Dial(GetParam().Port, Bob);
   EXPECT_EQ(Box().Text(), "10.0.0.8");
 }
 
-INSTANTIATE_TEST_SUITE_P(, ConnectionRequest,
-                         testing::Values(Row{"Daytime", 13, "1", &ServiceSockets::TCP13,
-                                             &RequestCounters::ReqTCP13, panel::Daytime, 1},
-                                         Row{"Time", 37, "3", &ServiceSockets::TCP37,
-                                             &RequestCounters::ReqTCP37, panel::Time, 1},
-                                         Row{"Ntp", 123, "5", &ServiceSockets::TCP123,
-                                             &RequestCounters::ReqTCP123, panel::Ntp, 0},
-                                         Row{"UnixTime", 519, "7", &ServiceSockets::TCP519,
-                                             &RequestCounters::ReqTCP519, panel::Unix, 1},
-                                         Row{"Client", 3777, "9", &ServiceSockets::TCP3777,
-                                             &RequestCounters::ReqTCP3777, panel::Client, 1}),
-                         [](const auto &row) { return std::string(row.param.Name); });
+INSTANTIATE_TEST_SUITE_P(
+    , ConnectionRequest,
+    testing::Values(Row{"Daytime", 13, "1", &ServiceSockets::TCP13, &RequestCounters::ReqTCP13,
+                        panel::Daytime, 1, "10.0.0.7"},
+                    Row{"Time", 37, "3", &ServiceSockets::TCP37, &RequestCounters::ReqTCP37,
+                        panel::Time, 1, "10.0.0.7"},
+                    Row{"Ntp", 123, "5", &ServiceSockets::TCP123, &RequestCounters::ReqTCP123,
+                        panel::Ntp, 0, "None"},
+                    Row{"UnixTime", 519, "7", &ServiceSockets::TCP519, &RequestCounters::ReqTCP519,
+                        panel::Unix, 1, "None"},
+                    Row{"Client", 3777, "9", &ServiceSockets::TCP3777, &RequestCounters::ReqTCP3777,
+                        panel::Client, 1, "10.0.0.7"}),
+    [](const auto &row) { return std::string(row.param.Name); });
 
 class CountedConnection : public ConnectionRequest {};
 
@@ -109,16 +136,17 @@ TEST_P(CountedConnection, EndsTheProcessWhenTheCounterIsFull) {
   ExpectProcessEnds(error_number::Overflow, [&] { Loop.Drain(); });
 }
 
-INSTANTIATE_TEST_SUITE_P(, CountedConnection,
-                         testing::Values(Row{"Daytime", 13, "1", &ServiceSockets::TCP13,
-                                             &RequestCounters::ReqTCP13, panel::Daytime, 1},
-                                         Row{"Time", 37, "3", &ServiceSockets::TCP37,
-                                             &RequestCounters::ReqTCP37, panel::Time, 1},
-                                         Row{"UnixTime", 519, "7", &ServiceSockets::TCP519,
-                                             &RequestCounters::ReqTCP519, panel::Unix, 1},
-                                         Row{"Client", 3777, "9", &ServiceSockets::TCP3777,
-                                             &RequestCounters::ReqTCP3777, panel::Client, 1}),
-                         [](const auto &row) { return std::string(row.param.Name); });
+INSTANTIATE_TEST_SUITE_P(
+    , CountedConnection,
+    testing::Values(Row{"Daytime", 13, "1", &ServiceSockets::TCP13, &RequestCounters::ReqTCP13,
+                        panel::Daytime, 1, "10.0.0.7"},
+                    Row{"Time", 37, "3", &ServiceSockets::TCP37, &RequestCounters::ReqTCP37,
+                        panel::Time, 1, "10.0.0.7"},
+                    Row{"UnixTime", 519, "7", &ServiceSockets::TCP519, &RequestCounters::ReqTCP519,
+                        panel::Unix, 1, "None"},
+                    Row{"Client", 3777, "9", &ServiceSockets::TCP3777, &RequestCounters::ReqTCP3777,
+                        panel::Client, 1, "10.0.0.7"}),
+    [](const auto &row) { return std::string(row.param.Name); });
 
 class AcceptOnTest : public ServiceTest {
  protected:

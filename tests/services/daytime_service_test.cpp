@@ -112,6 +112,31 @@ TEST_F(DaytimeOverTcp, ShowsTheClientOnceMoreBehindTheClose) {
   EXPECT_EQ(Window.CVLRemHost[panel::Daytime].Tip.Text(), NoonTip);
 }
 
+TEST_F(DaytimeOverTcp, ShowsTheClientBeforeItsAnswerToo) {
+  State.Flags.EnableLogging = true;
+  const TextBox &box = Window.CVLRemHost[panel::Daytime];
+  std::string shown;
+  std::string tip;
+  Files.OnAppend = [&] {
+    shown = box.Text();
+    tip = box.Tip.Text();
+  };
+  Dial(13);
+  EXPECT_EQ(shown, "10.0.0.7");
+  EXPECT_EQ(tip, NoonTip);
+}
+
+TEST_F(DaytimeOverTcp, ServesWhoWaitsBeforeItEndsTheConnection) {
+  const FakeConnection &first = Net.Dial(13, Alice);
+  const FakeConnection &second = Net.Dial(13, Bob);
+  Loop.Drain();
+  EXPECT_EQ(TextOf(first.Received), JulianNoon);
+  EXPECT_EQ(TextOf(second.Received), JulianNoon);
+  EXPECT_EQ(Sockets.TCP13.Highest(), 2);
+  // The first one ends last, and is then the last that was shown.
+  EXPECT_EQ(Window.CVLRemHost[panel::Daytime].Text(), "10.0.0.7");
+}
+
 TEST_F(DaytimeOverTcp, ClosesASlotByItsCloseEventAndNotByItsErrorEvent) {
   Sockets.TCP13.Events.ConnectionRequest = [&](std::int16_t, RequestId request) {
     AcceptOn(

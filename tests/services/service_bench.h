@@ -52,7 +52,7 @@ class ServiceTest : public testing::Test {
     State.Sync.ReplyHeaderByte = 36;
   }
 
-  // ---- What the test does.
+  // What the test does.
 
   /// Sends a datagram to our PORT and lets the program come to rest.
   template <class Message>
@@ -88,7 +88,7 @@ class ServiceTest : public testing::Test {
     Time.svrBIAS();
   }
 
-  // ---- What the test sees.
+  // What the test sees.
 
   bool IsLit(Lamp lamp) const { return Window.LED[lamp].Image == LampLitImage; }
 

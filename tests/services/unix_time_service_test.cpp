@@ -129,6 +129,7 @@ class WokenUnixTime : public UnixTimeOverUdp {
 TEST_F(WokenUnixTime, AnswersStaysOpenAndLogsThePortOfTheListener) {
   ShowWindow();
   State.Flags.EnableLogging = true;
+  Sockets.UDP519.SetRemoteHost("elsewhere");
   Peer().Send("any");
   Loop.Drain();
   EXPECT_EQ(Peer().Received, NoonValue);
@@ -139,6 +140,8 @@ TEST_F(WokenUnixTime, AnswersStaysOpenAndLogsThePortOfTheListener) {
   EXPECT_EQ(Window.CVLRemHost[panel::Unix].Tip.Text(), NoonTip);
   ASSERT_EQ(LogLines().size(), 1U);
   EXPECT_NE(LogLines()[0].find(" 4 12 0 519 UnixTime UDP - "), std::string::npos);
+  EXPECT_TRUE(IsLit(Udp));
+  EXPECT_TRUE(IsLit(Received));
   EXPECT_TRUE(IsLit(Sent));
   EXPECT_TRUE(IsStatusUp());
 }

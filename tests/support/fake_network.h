@@ -57,7 +57,7 @@ class FakeConnection {
   FakeConnection(const FakeConnection &) = delete;
   FakeConnection &operator=(const FakeConnection &) = delete;
 
-  // ---- What the peer does.
+  // What the peer does.
 
   void Send(std::span<const std::uint8_t> bytes);
   void Send(std::string_view text);
@@ -68,12 +68,12 @@ class FakeConnection {
   /// Takes in this many bytes more and then no others. At first there is no end to it.
   void LeaveRoom(std::size_t bytes);
 
-  // ---- How a connection that the program began goes on.
+  // How a connection that the program began goes on.
 
   void Establish();
   void Refuse(int error = error_number::ConnectionRefused);
 
-  // ---- What the peer sees.
+  // What the peer sees.
 
   const Endpoint Peer;
   /// All that the program has sent, and each piece that it handed to the system by itself.
@@ -118,7 +118,7 @@ class FakeNetwork final : public Network {
   FakeNetwork(const FakeNetwork &) = delete;
   FakeNetwork &operator=(const FakeNetwork &) = delete;
 
-  // ---- What the test makes happen.
+  // What the test makes happen.
 
   /// A datagram for our PORT. False when no socket is bound to it: the datagram is lost.
   bool Arrive(std::uint16_t port, Endpoint sender, std::span<const std::uint8_t> bytes,
@@ -158,7 +158,7 @@ class FakeNetwork final : public Network {
   Ipv4Address OwnAddress = 0x0A4D0001;  // 10.77.0.1
   std::string OwnName = "timehost";
 
-  // ---- What the test sees.
+  // What the test sees.
 
   /// How often a listener was asked for its next connection.
   int Accepts = 0;
@@ -181,7 +181,7 @@ class FakeNetwork final : public Network {
   /// How many handles are open, connections that wait to be accepted not counted.
   std::size_t OpenCount() const { return Bound_.size() + Connected_.size(); }
 
-  // ---- Network
+  // Network.
 
   Opened OpenDatagram(std::uint16_t port) override;
   Opened OpenStream(std::uint16_t port, Rebind rebind) override;

@@ -78,7 +78,7 @@ class FakeRegistry final : public RegistryStore {
     return names;
   }
 
-  // ---- RegistryStore
+  // RegistryStore.
 
   std::int32_t CreateKey(RegistryRoot root, std::string_view path, RegistryKey &key) override {
     return Open(root, path, CreateResult, IfMissing::Make, key);

@@ -71,7 +71,7 @@ class TestLoop final : public EventLoop {
   /// Where time stands, in the milliseconds of MonotonicMs.
   std::int64_t NowMs() const { return NowMs_; }
 
-  // ---- What a fake of the system says.
+  // What a fake of the system says.
 
   /// What holds on a socket from now on. It is handed out in each pass, as far as it is
   /// watched for, until it holds no more.
@@ -84,7 +84,7 @@ class TestLoop final : public EventLoop {
   /// What another loop is told to watch in place of this one.
   SocketHandle Wakes = SocketHandle::None;
 
-  // ---- What the program did.
+  // What the program did.
 
   struct WatchCall {
     enum class Kind { Watch, Unwatch } What;
@@ -102,7 +102,7 @@ class TestLoop final : public EventLoop {
   bool IsWatched(SocketHandle socket) const { return Watches_.contains(socket); }
   std::size_t WatchCount() const { return Watches_.size(); }
 
-  // ---- EventLoop
+  // EventLoop.
 
   void Watch(SocketHandle socket, Readiness interest, ReadyHandler &handler) override;
   void Unwatch(SocketHandle socket) override;

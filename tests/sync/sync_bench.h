@@ -43,7 +43,7 @@ class SyncTest : public testing::Test {
     Exchange.CloseTcpTime = [this] { Tcp.tcpTime().Close(); };
   }
 
-  // ---- What the test does.
+  // What the test does.
 
   /// Reads a server file with these lines behind its header.
   void ReadLines(const std::string &lines) {
@@ -94,7 +94,7 @@ class SyncTest : public testing::Test {
     Udp123.Bind();
   }
 
-  // ---- What the test sees.
+  // What the test sees.
 
   /// The server's packet: ECHO in its originate field and a transmit timestamp.
   static NtpPacket ReplyOf(const NtpTimestamp &echo, std::uint32_t seconds,

@@ -40,7 +40,7 @@ class UpdateTest : public ServiceTest {
     Settings.SyncTimeNow = [this] { ++Syncs; };
   }
 
-  // ---- What the maker's server sends.
+  // What the maker's server sends.
 
   /// An answer with BODY, and the header that tells its length.
   static std::string Answer(std::string_view body) {
@@ -67,7 +67,7 @@ class UpdateTest : public ServiceTest {
     return file;
   }
 
-  // ---- What the test does.
+  // What the test does.
 
   /// Starts an exchange; its connection stands and the request has been sent.
   FakeConnection &Begin() {
@@ -92,7 +92,7 @@ class UpdateTest : public ServiceTest {
 
   void PutServerFile(const std::string &contents) { Files.Contents[ServerFilePath] = contents; }
 
-  // ---- What the test sees.
+  // What the test sees.
 
   std::string ServerFileNow() const {
     const auto file = Files.Contents.find(ServerFilePath);

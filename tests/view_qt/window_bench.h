@@ -32,7 +32,7 @@ class WindowTest : public HostTest {
  protected:
   ~WindowTest() override;
 
-  // ---- What the test does.
+  // What the test does.
 
   /// Loads a server whose window is seen, and builds it; returns when it is active.
   void Show();
@@ -58,7 +58,7 @@ class WindowTest : public HostTest {
   /// A datagram from a client of NTP, and the server's answer.
   void AskNtp();
 
-  // ---- What the test sees.
+  // What the test sees.
 
   /// A widget by its name; of the main window if no other is named.
   template <class Kind = QWidget>

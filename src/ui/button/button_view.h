@@ -14,7 +14,7 @@ namespace cvl {
 /// Implemented once for a toolkit. Positions and sizes are pixels of the surface.
 class ButtonView : public ButtonText {
  public:
-  // ---- The pointer and the window.
+  // The pointer and the window.
 
   /// The pointer is over this button, and nothing lies between.
   virtual bool PointerIsOver() = 0;
@@ -37,7 +37,7 @@ class ButtonView : public ButtonText {
   /// Handles the events that are pending and returns.
   virtual void RunPendingEvents() = 0;
 
-  // ---- The form.
+  // The form.
 
   /// What the button stands on, and where. May raise any failure.
   virtual Backdrop ParentBackdrop() = 0;
@@ -51,7 +51,7 @@ class ButtonView : public ButtonText {
   /// A property has a new value. The cursor and the access key may hang on it.
   virtual void PropertyChanged(std::string_view name) = 0;
 
-  // ---- Addresses.
+  // Addresses.
 
   /// Starts the program of the desktop for an address, on behalf of the parent's window.
   virtual void OpenWithShell(const std::string &address) = 0;

@@ -46,7 +46,7 @@ QRBButtons::QRBButtons(EventLoop &loop, std::string instance_name)
   Resize(0, 0);
 }
 
-// ---- Painting.
+// Painting.
 
 void QRBButtons::Refresh() {
   PaintedEnabled_ = Enabled;
@@ -101,7 +101,7 @@ void QRBButtons::FontChanged() {
   Refresh();
 }
 
-// ---- Focus and mouse.
+// Focus and mouse.
 
 void QRBButtons::GotFocus() {
   HasFocus_ = true;
@@ -175,7 +175,7 @@ void QRBButtons::OnTick() {
   }
 }
 
-// ---- Keyboard.
+// Keyboard.
 
 void QRBButtons::OnKeyDown(int key_code, int shift) {
   if (!SpaceLatch_ && key_code == SpaceKey) {
@@ -220,7 +220,7 @@ void QRBButtons::GoToURL() {
   }
 }
 
-// ---- Properties.
+// Properties.
 
 void QRBButtons::ReadProperties(const PropertyStore &store) {
   ButtonProperties stored = DefaultsOf(InstanceName_);

@@ -56,7 +56,7 @@ class QRBButtons : public Control {
   QRBButtons(const QRBButtons &) = delete;
   QRBButtons &operator=(const QRBButtons &) = delete;
 
-  // ---- Events.
+  // Events.
 
   std::function<void()> Click;
   std::function<void(int key_code, int shift)> KeyDown;
@@ -69,7 +69,7 @@ class QRBButtons : public Control {
   /// The shift state is that of the last press: a tick of the timer knows no other.
   std::function<void(int shift)> MouseOut;
 
-  // ---- Operations.
+  // Operations.
 
   /// Paints the surface anew, with Enabled as it is now.
   void Refresh();
@@ -82,7 +82,7 @@ class QRBButtons : public Control {
   /// pages. Failures: neither trap nor continue.
   void GoToURL();
 
-  // ---- What shows it.
+  // What shows it.
 
   /// The view that shows it from now on, or null for none. The view outlives the button or
   /// is detached before it goes.
@@ -109,7 +109,7 @@ class QRBButtons : public Control {
   /// The program's version, such as "5.1.1". Not stored.
   static std::string Version();
 
-  // ---- What the user does, and what becomes of the surroundings.
+  // What the user does, and what becomes of the surroundings.
 
   void GotFocus();
   void LostFocus();
@@ -127,7 +127,7 @@ class QRBButtons : public Control {
   /// The font that the button uses has changed by itself.
   void FontChanged();
 
-  // ---- Run-time state.
+  // Run-time state.
 
   bool HasFocus() const { return HasFocus_; }
   bool IsDown() const { return IsDown_; }
@@ -137,7 +137,7 @@ class QRBButtons : public Control {
   const RasterRef &CurrentPicture() const { return CurrentPicture_; }
   const ButtonLayout &Layout() const { return Layout_; }
 
-  // ---- Properties. A write tells the view and repaints what depends on the property.
+  // Properties. A write tells the view and repaints what depends on the property.
 
   const ButtonProperties &Properties() const { return Properties_; }
 
