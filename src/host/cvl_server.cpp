@@ -46,7 +46,7 @@ CVL_Server::CVL_Server(const Platform &platform, std::string command_tail)
       ClientProtocol_(Context_),
       Registry_(platform.Store, platform.Boxes),
       Settings_({State, Window, platform.ProgramFiles, Registry_, Services_, Listeners_, Servers_,
-                 Draw_, Schedule_, TcpTime_.StandardZoneName, TcpTime_.DaylightZoneName}),
+                 Draw_, Schedule_, Tray_, TcpTime_.StandardZoneName, TcpTime_.DaylightZoneName}),
       Update_({State, Window, platform.ProgramFiles, platform.Boxes, platform.Programs, Settings_,
                Layer_}),
       ServiceStatus_(State, Services_, Listeners_, platform.CVLService) {

@@ -78,7 +78,7 @@ void SettingsStore::ReadForeignValues() {
 }
 
 void SettingsStore::ReadSettings() {
-  if (IsYes(Read("OpenMinimized"))) Parts_.Window.State = WindowState::Minimized;
+  if (IsYes(Read("OpenMinimized"))) Parts_.Tray.Minimise();
   if (IsYes(Read("UseJulian"))) Parts_.State.Flags.UseJulian = true;
   if (IsYes(Read("EnableLogging"))) Parts_.State.Flags.EnableLogging = true;
 

@@ -21,6 +21,7 @@
 #include "settings/registry.h"
 #include "state/main_window.h"
 #include "state/run_state.h"
+#include "status/tray_entry.h"
 #include "sync/server_draw.h"
 #include "sync/server_list.h"
 #include "sync/sync_schedule.h"
@@ -39,6 +40,7 @@ class SettingsStore {
     ServerList &Servers;
     ServerDraw &Draw;
     SyncSchedule &Schedule;
+    TrayEntry &Tray;
     std::string &StandardZoneName;
     std::string &DaylightZoneName;
   };

@@ -19,6 +19,14 @@ void TrayEntry::OnResize(WindowState state) {
   }
 }
 
+void TrayEntry::Minimise() {
+  if (Window_.Visible) {
+    OnResize(WindowState::Minimized);
+  } else {
+    Window_.State = WindowState::Minimized;
+  }
+}
+
 void TrayEntry::OnTrayEvent(TrayEvent event) {
   switch (event) {
     case TrayEvent::LeftUp:

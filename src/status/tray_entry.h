@@ -23,6 +23,10 @@ class TrayEntry {
   /// the entry away. Failures: neither trap nor continue.
   void OnResize(WindowState state);
 
+  /// Minimises the window: one on the screen goes into the tray at once, one that isn't shown
+  /// when it is shown.
+  void Minimise();
+
   /// A hand on the tray entry: a left click restores, a right click opens the menu.
   void OnTrayEvent(TrayEvent event);
 

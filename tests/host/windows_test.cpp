@@ -206,6 +206,15 @@ TEST_F(WindowsTest, ExitUnloadsBothSecondaryWindows) {
   EXPECT_EQ(Server->Others().AboutIfAny(), nullptr);
 }
 
+TEST_F(WindowsTest, AStopOfTheServiceUnloadsBothSecondaryWindows) {
+  Load("-config");
+  ClickNode(7);
+  ClickNode(8);
+  System.Service.Stop();
+  EXPECT_EQ(Server->Others().ConfigurationIfAny(), nullptr);
+  EXPECT_EQ(Server->Others().AboutIfAny(), nullptr);
+}
+
 TEST_F(WindowsTest, TheEndOfTheSystemLeavesAnOpenAboutBox) {
   Load("-config");
   ClickNode(7);

@@ -107,6 +107,25 @@ TEST_F(LaterRun, TakesTheFlagsEvenWithFewerThanFourFields) {
   EXPECT_EQ(Window.State, WindowState::Minimized);
 }
 
+TEST_F(LaterRun, MinimisesAWindowThatIsNotShownWithoutTheTray) {
+  Store("OpenMinimized", "YES");
+  ReadSettings("YES:59:Minutes/s:NA:36");
+  EXPECT_EQ(Window.State, WindowState::Minimized);
+  EXPECT_TRUE(Tray.Calls.empty());
+}
+
+TEST_F(LaterRun, TakesAWindowThatIsShownIntoTheTray) {
+  Window.Visible = true;
+  Store("OpenMinimized", "YES");
+  ReadSettings("YES:59:Minutes/s:NA:36");
+  EXPECT_EQ(Window.State, WindowState::Minimized);
+  EXPECT_FALSE(Window.Visible);
+  ASSERT_EQ(Tray.Calls.size(), 1U);
+  EXPECT_EQ(Tray.Calls[0].Message, TrayMessage::Add);
+  ReadSettings("YES:59:Minutes/s:NA:36");
+  EXPECT_EQ(Tray.Calls.size(), 1U) << "it is there already";
+}
+
 TEST_F(LaterRun, SetsAFlagForYesAndClearsNone) {
   for (const char *text : {"NO", "yes", "", "YES "}) {
     Store("UseJulian", text);

@@ -42,8 +42,9 @@ class SettingsTest : public ServiceTest {
   Registry Reg{Registered, MessageBox};
   std::string StandardZoneName;
   std::string DaylightZoneName;
+  TrayEntry Entry{Window, State, Panel, Texts, Tray};
   SettingsStore Settings{{State, Window, Files, Reg, Services, Listening, Servers, Draw, Schedule,
-                          StandardZoneName, DaylightZoneName}};
+                          Entry, StandardZoneName, DaylightZoneName}};
   int UpdatesStarted = 0;
   int SyncsStarted = 0;
 };

@@ -121,6 +121,31 @@ TEST_F(StoredServices, OpenEachSocketTwice) {
   EXPECT_EQ(Net.OpenCount(), 2U);
 }
 
+TEST_F(StoredServices, OfUnixTimeOpenTcpFirstSoThatItListens) {
+  ReadService("UNIX519", "YES:YES:YES:519");
+  EXPECT_TRUE(Net.IsListening(519));
+  EXPECT_EQ(Sockets.UDP519.State(), SocketState::Closed);
+  EXPECT_TRUE(State.Status.StatusText.Text().starts_with("That address is already in use."));
+}
+
+TEST_F(StoredServices, OpenInTheirOrderSoThatTheEarlierOneGetsASharedPort) {
+  const std::pair<const char *, SlotArray *> in_order[] = {{"NTP37", &Sockets.TCP37},
+                                                           {"SNTP123", &Sockets.TCP123},
+                                                           {"UNIX519", &Sockets.TCP519},
+                                                           {"CVL3777", &Sockets.TCP3777},
+                                                           {"DTS13", &Sockets.TCP13}};
+  for (const auto &[name, slots] : in_order) {
+    Store(name, "YES:YES:NO:4000");
+  }
+  for (const auto &[name, slots] : in_order) {
+    Settings.ReadCVLFile();
+    EXPECT_EQ((*slots)[0].State(), SocketState::Listening) << name;
+    // With the earliest out of the way the next one gets the port.
+    Store(name, "NO:NO:NO:4000");
+    (*slots)[0].Close();
+  }
+}
+
 TEST_F(StoredServices, OpenOnceMoreWhenTheyAreReadAgain) {
   ReadService("NTP37", "YES:YES:YES:37");
   int clicks = 0;
