@@ -126,23 +126,28 @@ bool RegistryFile::HasKey(std::string_view path) const {
 }
 
 std::vector<RegistryValue> RegistryFile::Values(std::string_view path) const {
-  // Deleting a value forgets its place; a later one of that name is at the end.
-  std::vector<const RegistryEntry *> places;
+  // A later value of the same name counts, in the place of the first and by the name that it
+  // has there. Deleting a value forgets its place; a later one of that name is at the end.
+  struct Place {
+    const RegistryEntry *First;
+    const RegistryEntry *Last;
+  };
+  std::vector<Place> places;
   std::unordered_map<std::string, std::size_t> known;
   ForEachValue(Entries_, path, [&](const RegistryEntry &entry) {
     const auto [place, is_new] = known.try_emplace(Folded(entry.Name), places.size());
     if (entry.What == RegistryEntry::Kind::Deleted) {
-      if (!is_new) places[place->second] = nullptr;
+      if (!is_new) places[place->second].Last = nullptr;
       known.erase(place);
     } else if (is_new) {
-      places.push_back(&entry);
+      places.push_back({&entry, &entry});
     } else {
-      places[place->second] = &entry;
+      places[place->second].Last = &entry;
     }
   });
   std::vector<RegistryValue> values;
-  for (const RegistryEntry *entry : places) {
-    if (entry != nullptr) values.push_back({Latin1Of(entry->Name), entry->Data});
+  for (const Place &place : places) {
+    if (place.Last != nullptr) values.push_back({Latin1Of(place.First->Name), place.Last->Data});
   }
   return values;
 }

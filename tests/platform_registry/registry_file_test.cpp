@@ -107,16 +107,16 @@ TEST(RegistryFile, JoinsAKeyThatIsNamedTwice) {
               ElementsAre(RegistryValue{"a", "1\0"s}, RegistryValue{"b", "2\0"s}));
 }
 
-TEST(RegistryFile, LetsTheLaterOfTwoValuesCountInThePlaceOfTheFirst) {
+TEST(RegistryFile, LetsTheLaterOfTwoValuesCountInThePlaceAndByTheNameOfTheFirst) {
   EXPECT_THAT(ValuesOf("\"a\"=\"1\"\n\"b\"=\"2\"\n\"A\"=\"3\"\n"),
-              ElementsAre(RegistryValue{"A", "3\0"s}, RegistryValue{"b", "2\0"s}));
+              ElementsAre(RegistryValue{"a", "3\0"s}, RegistryValue{"b", "2\0"s}));
 }
 
 TEST(RegistryFile, DropsAValueThatIsDeleted) {
   EXPECT_THAT(ValuesOf("\"a\"=\"1\"\n\"b\"=\"2\"\n\"a\"=-\n"),
               ElementsAre(RegistryValue{"b", "2\0"s}));
-  EXPECT_THAT(ValuesOf("\"a\"=\"1\"\n\"b\"=\"2\"\n\"a\"=-\n\"a\"=\"3\"\n"),
-              ElementsAre(RegistryValue{"b", "2\0"s}, RegistryValue{"a", "3\0"s}));
+  EXPECT_THAT(ValuesOf("\"a\"=\"1\"\n\"b\"=\"2\"\n\"a\"=-\n\"A\"=\"3\"\n"),
+              ElementsAre(RegistryValue{"b", "2\0"s}, RegistryValue{"A", "3\0"s}));
 }
 
 TEST(RegistryFile, NeedsNoLineEndAtItsEnd) {
