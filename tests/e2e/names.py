@@ -5,7 +5,8 @@ import socket
 import tempfile
 import time
 
-from harness import (PEER_ADDRESS, SERVER_ADDRESS, World, request, run, run_all, wait_until)
+from harness import (PEER_ADDRESS, SERVER_ADDRESS, SETTINGS, World, request, run, run_all,
+                     wait_until)
 
 
 def BindOver(path, text):
@@ -26,38 +27,49 @@ def TestANameIsLookedUpAndAsked():
         assert server.stop() == 0
 
 
+def Datagrams(endpoint):
+    """How many datagrams wait at ENDPOINT; they are taken."""
+    endpoint.setblocking(False)
+    count = 0
+    try:
+        while endpoint.recv(2048):
+            count += 1
+    except BlockingIOError:
+        pass
+    return count
+
+
 def TestRequestsAreAnsweredWhileTheResolverNeverAnswers():
     # Names go to a server that swallows every question.
     BindOver("/etc/resolv.conf", f"nameserver {PEER_ADDRESS}\noptions timeout:30 attempts:5\n")
     BindOver("/etc/nsswitch.conf", "hosts: dns\n")
-    with World(servers=(PEER_ADDRESS, "slow.test", "slow.test")) as world:
-        with world.peer_socket() as swallows:
+    # A draw each second finds the good server sooner or later, and soon the others.
+    settings = [line.replace('"NO:59:Minute/s:', '"YES:1:Second/s:') for line in SETTINGS]
+    with World(servers=(PEER_ADDRESS, "slow.test", "slow.test"), settings=settings) as world:
+        with world.peer_socket() as swallows, world.peer_socket() as client:
             swallows.bind((PEER_ADDRESS, 53))
-            upstream = world.upstream()
+            world.upstream()
             server = world.server()
-            # The draw finds the good server sooner or later; each try at the other takes
-            # two seconds, in which the loop goes on.
             server.wait_for_gate()
-            upstream.tell("one-byte")
-            asked = 0
-            longest_silence = 0.0
-            begin = last_answer = time.monotonic()
-            with world.peer_socket() as client:
-                client.settimeout(0.3)
-                client.connect((SERVER_ADDRESS, 123))
-                while time.monotonic() < begin + 4:
-                    client.send(request())
-                    try:
-                        client.recv(100)
-                    except socket.timeout:  # millisecond 999
-                        continue
-                    now = time.monotonic()
-                    longest_silence = max(longest_silence, now - last_answer)
-                    last_answer = now
-                    asked += 1
-            assert asked > 100, asked
-            # A lookup on the loop would have held an answer up for its 30 seconds.
-            assert longest_silence < 2, longest_silence
+            wait_until(lambda: Datagrams(swallows), "a question to the resolver")
+
+            waits = []
+            client.settimeout(0.3)
+            client.connect((SERVER_ADDRESS, 123))
+            end = time.monotonic() + 4
+            while time.monotonic() < end:
+                begin = time.monotonic()
+                client.send(request())
+                try:
+                    client.recv(100)
+                    waits.append(time.monotonic() - begin)
+                except socket.timeout:  # millisecond 999, once in a second
+                    continue
+            # The resolver's 30 seconds aren't over; a lookup on the loop would have left
+            # next to nobody an answer.
+            assert len(waits) > 100, len(waits)
+            waits.sort()
+            assert waits[len(waits) * 99 // 100] < 0.1, waits[-10:]
             assert server.stop() == 0
 
 
@@ -67,6 +79,8 @@ def TestANameWithoutAnAnswerFailsTheRequestAfterAWhile():
         server = world.server(environment={"CHRONVALE_TRACE": "1"})
         wait_until(lambda: ("udp", 123) in server.open_sockets(), "the listeners")
         assert server.ask_ntp(attempts=2, timeout=0.5) is None
+        # The one trace of it, for whoever looks for the cause.
+        server.errors.wait_for("^cvlserver: lookup of nowhere.test: .")
         assert server.stop() == 0
 
 

@@ -71,13 +71,15 @@ class TraceFailureDeathTest : public testing::Test {
     TraceFailure("recvmsg", EAGAIN);
     TraceFailure("connect", EINPROGRESS);
     TraceFailure("bind", EACCES);
+    TraceFailure("lookup of \x1B[31mtime\xFF\n", "no such name");
     std::_Exit(0);
   }
 };
 
-TEST_F(TraceFailureDeathTest, WritesALineForWhatReallyFailed) {
+TEST_F(TraceFailureDeathTest, WritesAPlainLineForWhatReallyFailed) {
   EXPECT_EXIT(TraceSome("1"), testing::ExitedWithCode(0),
-              testing::StrEq("cvlserver: bind: Permission denied\n"));
+              testing::StrEq("cvlserver: bind: Permission denied\n"
+                             "cvlserver: lookup of ?[31mtime??: no such name\n"));
 }
 
 TEST_F(TraceFailureDeathTest, IsSilentUnlessItIsAskedFor) {

@@ -83,7 +83,15 @@ int FileErrorOf(int system_error) {
 
 void TraceFailure(const char *operation, int system_error) {
   if (!IsTracing() || system_error == EAGAIN || system_error == EINPROGRESS) return;
-  std::fprintf(stderr, "cvlserver: %s: %s\n", operation, std::strerror(system_error));
+  TraceFailure(operation, std::strerror(system_error));
+}
+
+void TraceFailure(std::string operation, const char *reason) {
+  if (!IsTracing()) return;
+  std::replace_if(
+      operation.begin(), operation.end(), [](char letter) { return letter < ' ' || letter > '~'; },
+      '?');
+  std::fprintf(stderr, "cvlserver: %s: %s\n", operation.c_str(), reason);
 }
 
 }  // namespace cvl

@@ -51,14 +51,20 @@ struct LinuxResolver::Mailbox {
 
 namespace {
 
+std::optional<Ipv4Address> Failed(const std::string &name, const char *reason) {
+  TraceFailure("lookup of " + name, reason);
+  return std::nullopt;
+}
+
 std::optional<Ipv4Address> Ask(const std::string &name) {
-  if (name.find('\0') != std::string::npos) return std::nullopt;
+  if (name.find('\0') != std::string::npos) return Failed(name, "not a name");
   addrinfo hints{};
   hints.ai_family = AF_INET;
   hints.ai_socktype = SOCK_DGRAM;
   addrinfo *found = nullptr;
-  if (getaddrinfo(name.c_str(), nullptr, &hints, &found) != 0 || found == nullptr) {
-    return std::nullopt;
+  const int error = getaddrinfo(name.c_str(), nullptr, &hints, &found);
+  if (error != 0) {
+    return Failed(name, error == EAI_SYSTEM ? std::strerror(errno) : gai_strerror(error));
   }
   sockaddr_in address{};
   std::memcpy(&address, found->ai_addr, sizeof address);
@@ -107,10 +113,13 @@ void LinuxResolver::LookUp(const std::string &name, Answer answer) {
   const auto [waiting, is_new] = Waiting_.try_emplace(name);
   waiting->second.push_back(std::move(answer));
   if (!is_new) return;
-  const bool asked = Waiting_.size() <= MostLookups && StartThread([mailbox = Mailbox_, name] {
+  const bool has_room = Waiting_.size() <= MostLookups;
+  const bool asked = has_room && StartThread([mailbox = Mailbox_, name] {
                        mailbox->Put({name, Ask(name)});
                      });
-  if (!asked) Mailbox_->Put({name, std::nullopt});
+  if (!asked) {
+    Mailbox_->Put({name, Failed(name, has_room ? "no thread" : "too many others are waiting")});
+  }
 }
 
 void LinuxResolver::OnReady(Readiness) {
