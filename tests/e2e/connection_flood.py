@@ -1,5 +1,5 @@
-"""Fifteen thousand clients at once on the two services that answer a bare connection. They
-stay connected when they have their answer."""
+"""Thousands of clients at once on the two services that answer a bare connection. They stay
+connected when they have their answer."""
 
 import errno
 import os

@@ -15,6 +15,7 @@ CLIENTS_PER_SECOND = 2000
 PATIENCE_SECONDS = 2
 DAYTIME = (50, 51)
 CLIENT_REQUEST = b"CVLC1" + bytes(19)
+SETTINGS_BEFORE = SETTINGS + ('"UseJulian"="YES"',)
 
 # Kind of socket, port, what is asked, and how long the pieces of a whole answer are together.
 SERVICES = ((socket.SOCK_STREAM, 13, b"", DAYTIME), (socket.SOCK_DGRAM, 13, b"", DAYTIME),
@@ -134,9 +135,19 @@ def CheckShare(flood, asked, answered_before):
     assert answered > 0.9 * asked, f"{answered} of {asked} answered"
 
 
+def CheckStop(world, server):
+    """Stops SERVER, which writes the settings: one of them wasn't there before."""
+    assert "EnableLogging" not in world.read_settings()
+    assert server.stop() == 0
+    settings = world.read_settings()
+    assert settings["EnableLogging"] == "YES", settings
+    assert settings["SNTP123"] == "YES:YES:YES:123", settings
+    world.write_settings(SETTINGS_BEFORE)
+
+
 def TestEveryAnswerOfAFloodIsWholeAndAStopInItIsInGoodOrder():
     count = int(SECONDS * CLIENTS_PER_SECOND)
-    with World(settings=SETTINGS + ('"UseJulian"="YES"',)) as world:
+    with World(settings=SETTINGS_BEFORE) as world:
         world.upstream()
         server = world.server()
         server.wait_for_gate()
@@ -151,8 +162,7 @@ def TestEveryAnswerOfAFloodIsWholeAndAStopInItIsInGoodOrder():
             # Slots that nothing closes are kept by design; a leak would show as megabytes.
             assert server.memory("VmRSS") < memory + 20000, (memory, server.memory("VmRSS"))
             assert server.ask_ntp() is not None
-            assert server.stop() == 0
-            assert world.read_settings()["SNTP123"] == "YES:YES:YES:123"
+            CheckStop(world, server)
 
             # It starts again while they go on asking.
             server = world.server()
@@ -162,7 +172,7 @@ def TestEveryAnswerOfAFloodIsWholeAndAStopInItIsInGoodOrder():
             wait_until(lambda: not flood.is_alive(), "the end of the flood", patience)
             CheckShare(flood, count - asked, answered)
             assert server.ask_ntp() is not None
-            assert server.stop() == 0
+            CheckStop(world, server)
         finally:
             flood.count = 0
             flood.join()

@@ -6,6 +6,7 @@
 """
 
 TITLE = "Chronvale Server"
+NOTHING_NEW = "Chronvale Server Updater"
 CONFIGURATION = "CONFIG - " + TITLE
 ABOUT = "ABOUT - " + TITLE
 

@@ -64,31 +64,6 @@ def TestAWindowWithoutADisplayIsOneLineAndNoListener():
             assert ended.stdout == ""
 
 
-def TestAServerFileOfTooManyLinesEndsTheProgram():
-    with World() as world:
-        world.write_server_file(["10.77.0.2:::Server NA:::2:::"] * 301)
-        ended = Start(world)
-        assert ended.returncode == 1
-        assert ended.stderr == "cvlserver: run-time error 9: Subscript out of range\n"
-
-
-def TestAServerFileOfThreeHundredLinesServes():
-    with World() as world:
-        world.write_server_file(["10.77.0.2:::Server NA:::2:::"] * 300)
-        world.upstream()
-        server = world.server()
-        server.wait_for_gate()
-        assert server.stop() == 0
-
-
-def TestAPictureThatTheTableLacksEndsTheProgram():
-    with World() as world:
-        world.write_server_file(["10.77.0.2:::Server NA:::36:::"])
-        ended = Start(world)
-        assert ended.returncode == 1
-        assert ended.stderr.startswith("cvlserver: run-time error 380: ")
-
-
 def TestATakenPortLeavesTheOthersOpen():
     with World() as world:
         world.upstream()

@@ -72,25 +72,48 @@ def TestADirectoryOfThatNameIsNoFile():
         assert server.stop() == 0
 
 
+def ExpectEnd(world, error, *wrapper):
+    """A start, through WRAPPER if there is one, ends with that one line and status 1 and
+    leaves the settings alone."""
+    with open(os.path.join(world.home, "registry.reg"), "rb") as file:
+        before = file.read()
+
+    def Start():
+        ended = subprocess.run([*wrapper, os.path.join(BIN, "cvlserver")],
+                               env=dict(os.environ, CHRONVALE_HOME=world.home),
+                               capture_output=True, text=True, timeout=30, check=False)
+        assert ended.returncode == 1, ended
+        # A start in millisecond 999 doesn't come as far.
+        return ended.stderr if "error 6" not in ended.stderr else None
+
+    line = wait_until(Start, "an end")
+    assert line == f"cvlserver: run-time error {error}\n", line
+    with open(os.path.join(world.home, "registry.reg"), "rb") as file:
+        assert file.read() == before
+
+
 def TestAnUnreadableFileEndsTheProgramAndLeavesTheSettingsAlone():
     with World() as world:
         os.chmod(os.path.join(world.home, "QRB_CVLS4.CVL"), 0)
-        with open(os.path.join(world.home, "registry.reg"), "rb") as file:
-            before = file.read()
+        ExpectEnd(world, "70: Permission denied", "setpriv",
+                  "--bounding-set=-dac_override,-dac_read_search",
+                  "--inh-caps=-dac_override,-dac_read_search")
 
-        def Start():
-            ended = subprocess.run(
-                ["setpriv", "--bounding-set=-dac_override,-dac_read_search",
-                 "--inh-caps=-dac_override,-dac_read_search", os.path.join(BIN, "cvlserver")],
-                env=dict(os.environ, CHRONVALE_HOME=world.home), capture_output=True, text=True,
-                timeout=30, check=False)
-            assert ended.returncode == 1, ended
-            # A start in millisecond 999 doesn't come as far.
-            return ended.stderr if "error 6" not in ended.stderr else None
 
-        assert wait_until(Start, "an end") == "cvlserver: run-time error 70: Permission denied\n"
-        with open(os.path.join(world.home, "registry.reg"), "rb") as file:
-            assert file.read() == before
+def TestTooManyServersEndTheProgramAndLeaveTheSettingsAlone():
+    with World() as world:
+        Put(world, HEADER + (GOOD + b"\r\n") * 301)
+        ExpectEnd(world, "9: Subscript out of range")
+
+
+def TestThreeHundredServersAreNotTooMany():
+    ExpectServed(HEADER + (GOOD + b"\r\n") * 300)
+
+
+def TestAPictureThatTheTableLacksEndsTheProgramAndLeavesTheSettingsAlone():
+    with World() as world:
+        Put(world, HEADER + GOOD.replace(b":::2:::", b":::36:::"))
+        ExpectEnd(world, "380: Invalid property value")
 
 
 def TestLinesThatAreNoServersMayBeAsManyAsTheyLike():

@@ -14,7 +14,9 @@ from system_log import PRIORITY_INFO, SystemLog
 MAKER = "maker.test"
 VERSION_PATH = "/Chronvale/CVLVCS4.IPF"
 SERVER_FILE_PATH = "/Chronvale/QRB_CVLS4.CVL"
-READY_SETTINGS = os.path.join(os.path.dirname(__file__), "..", "..", "data", "registry.reg")
+DATA = os.path.join(os.path.dirname(__file__), "..", "..", "data")
+READY_SETTINGS = os.path.join(DATA, "registry.reg")
+SHIPPED_LIST = os.path.join(DATA, "QRB_CVLS4.CVL")
 
 
 def NameTheMaker():
@@ -189,6 +191,19 @@ def TestAMissingServerFileIsFetchedAndTheServerGoesToWork():
             rest = f"|{MAKER}|Chronvale SS v5.1.1|Chronvale SS v5.1.1|*/*"
             assert maker.asked() == [f"200 GET {VERSION_PATH} HTTP/1.1{rest}",
                                      f"200 GET {SERVER_FILE_PATH} HTTP/1.1{rest}"], maker.asked()
+            assert server.stop() == 0
+
+
+def TestTheListThatComesWithTheProgramArrivesByteForByte():
+    with open(SHIPPED_LIST, "rb") as file:
+        contents = file.read()
+    with World(servers=None) as world:
+        with MakerSite(world, {VERSION_PATH: VersionFile(len(contents)),
+                               SERVER_FILE_PATH: contents}):
+            server = Start(world)
+            wait_until(lambda: Downloaded(world) == contents, "the list")
+            # None of its servers can be reached from here; the listeners stand all the same.
+            wait_until(lambda: ("udp", 123) in server.open_sockets(), "the listeners")
             assert server.stop() == 0
 
 

@@ -6,14 +6,13 @@ import stat
 
 from desktop import Desktop
 from every_service import ExpectAnswers
-from hand import CHECK_UPDATE, Hand, TITLE
+from hand import CHECK_UPDATE, Hand, NOTHING_NEW, TITLE
 from harness import World, run_all, wait_until
 from update import MAKER, MakerSite, NameTheMaker, SERVER_FILE_PATH, VERSION_PATH, VersionFile
 from window_start import STAND_IN
 
 NEW_PROGRAM = "Chronvale Server AUTO Update Available!"
 NEW_FILE = "Chronvale Update Available!"
-NOTHING_NEW = "Chronvale Server Updater"
 
 
 class Check:

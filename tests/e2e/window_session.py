@@ -4,7 +4,7 @@ import os
 
 from desktop import Desktop
 from every_service import Ask, QUESTIONS
-from hand import (ABOUT, CHECK_UPDATE, CONFIGURATION, ENABLE, INTERVAL, LOGGING, OK,
+from hand import (ABOUT, CHECK_UPDATE, CONFIGURATION, ENABLE, INTERVAL, LOGGING, NOTHING_NEW, OK,
                   OPEN_MINIMISED, PORT, RANDOM, REGIONS_ARROW, SERVERS_ARROW, TCP, TITLE, UDP,
                   UNIT_ARROW, Hand)
 from harness import OTHER_PEER_ADDRESS, PEER_ADDRESS, World, run_all, wait_until
@@ -160,13 +160,13 @@ class Session:
     def check_for_updates(self, configuration):
         asked = len(self.maker.asked())
         self.desktop.click(configuration, *CHECK_UPDATE)
-        box = self.desktop.window("Chronvale Server Updater")
+        box = self.desktop.window(NOTHING_NEW)
         self.picture("no-updates")
         assert len(self.maker.asked()) == asked + 1
         ExpectAnswer(37, "udp")
         self.desktop.activate(box)
         self.desktop.key("Return")
-        self.desktop.wait_until_gone("Chronvale Server Updater")
+        self.desktop.wait_until_gone(NOTHING_NEW)
         self.desktop.click(configuration, *OK)
         self.desktop.wait_until_gone(CONFIGURATION)
 

@@ -8,9 +8,10 @@ import subprocess
 import tempfile
 
 from desktop import Desktop
-from hand import HELP, TIME_ZONE, TITLE, Hand
+from hand import HELP, NOTHING_NEW, TIME_ZONE, TITLE, Hand
 from harness import BIN, SETTINGS, World, run_all, wait_until
-from update import MAKER
+from update import (MAKER, MakerSite, NameTheMaker, SERVER_FILE_PATH, USUAL_SERVER_FILE,
+                    VERSION_PATH, VersionFile)
 
 OPEN_MINIMISED = SETTINGS + ('"OpenMinimized"="YES"',)
 MODULE = "cvlwindow.so"
@@ -111,6 +112,25 @@ def TestOpenMinimisedBeginsInTheTray():
         desktop.click_at(*icon)
         desktop.window(TITLE)
         wait_until(lambda: not desktop.tray_icon(), "an empty tray")
+        assert server.stop() == 0
+
+
+def TestOpenMinimisedTakesTheWindowIntoTheTrayWhenTheServerFileHasCome():
+    with World(servers=None, settings=OPEN_MINIMISED) as world, \
+            Desktop(world, tray=True) as desktop, \
+            MakerSite(world, {VERSION_PATH: VersionFile(len(USUAL_SERVER_FILE)),
+                              SERVER_FILE_PATH: USUAL_SERVER_FILE}):
+        world.upstream()
+        server = desktop.server("-config", environment={"CHRONVALE_MAKER_HOST": MAKER})
+        icon = wait_until(desktop.tray_icon, "the entry in the tray")
+        desktop.wait_until_gone(TITLE)
+        # Behind the file a box says that the program is up to date.
+        desktop.activate(desktop.window(NOTHING_NEW))
+        desktop.key("Return")
+        desktop.wait_until_gone(NOTHING_NEW)
+        server.wait_for_gate()
+        desktop.click_at(*icon)
+        desktop.window(TITLE)
         assert server.stop() == 0
 
 
@@ -227,4 +247,5 @@ def TestADesktopWithoutSuchProgramsIsNoTrouble():
 
 
 if __name__ == "__main__":
+    NameTheMaker()
     run_all()
