@@ -64,11 +64,11 @@ int Find(const Row (&rows)[Rows], int system_error, int otherwise) {
 }
 
 bool IsTracing() {
-  static const bool tracing = [] {
+  static const bool Tracing = [] {
     const char *value = std::getenv("CHRONVALE_TRACE");
     return value != nullptr && std::string_view(value) == "1";
   }();
-  return tracing;
+  return Tracing;
 }
 
 }  // namespace

@@ -78,7 +78,7 @@ bool StartThread(std::function<void()> work) {
   pthread_attr_t attributes;
   if (pthread_attr_init(&attributes) != 0) return false;
   pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
-  pthread_attr_setstacksize(&attributes, 512 * 1024);
+  pthread_attr_setstacksize(&attributes, std::size_t{512} * 1024);
   auto owned = std::make_unique<std::function<void()>>(std::move(work));
   pthread_t thread;
   const int error = pthread_create(

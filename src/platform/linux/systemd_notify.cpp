@@ -25,8 +25,8 @@ struct LibSystemd {
   /// Null when no manager has started us, or its library can't be had.
   static const LibSystemd *Find() {
     if (std::getenv("NOTIFY_SOCKET") == nullptr) return nullptr;
-    static const LibSystemd library = Load();
-    return library.Notify != nullptr && library.WatchdogEnabled != nullptr ? &library : nullptr;
+    static const LibSystemd Library = Load();
+    return Library.Notify != nullptr && Library.WatchdogEnabled != nullptr ? &Library : nullptr;
   }
 
  private:
