@@ -1,5 +1,7 @@
 // What the five TCP services have in common when a client asks for a connection.
 
+#include <span>
+
 #include "tests/services/service_bench.h"
 
 namespace cvl {
@@ -19,6 +21,23 @@ struct Row {
   /// before they accept it.
   const char *ShownWithoutASlot;
 };
+
+const Row Rows[] = {
+    {"Daytime", 13, "1", &ServiceSockets::TCP13, &RequestCounters::ReqTCP13, panel::Daytime, 1,
+     "10.0.0.7"},
+    {"Time", 37, "3", &ServiceSockets::TCP37, &RequestCounters::ReqTCP37, panel::Time, 1,
+     "10.0.0.7"},
+    {"UnixTime", 519, "7", &ServiceSockets::TCP519, &RequestCounters::ReqTCP519, panel::Unix, 1,
+     "None"},
+    {"Client", 3777, "9", &ServiceSockets::TCP3777, &RequestCounters::ReqTCP3777, panel::Client, 1,
+     "10.0.0.7"},
+    {"Ntp", 123, "5", &ServiceSockets::TCP123, &RequestCounters::ReqTCP123, panel::Ntp, 0, "None"}};
+
+constexpr std::span RowsThatCount = std::span(Rows).first<4>();
+
+std::string NameOf(const testing::TestParamInfo<Row> &row) {
+  return row.param.Name;
+}
 
 class ConnectionRequest : public ServiceTest, public testing::WithParamInterface<Row> {
  protected:
@@ -112,19 +131,7 @@ TEST_P(ConnectionRequest, ShowsTheClientByItsOwnAddress) {
   EXPECT_EQ(Box().Text(), "10.0.0.8");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , ConnectionRequest,
-    testing::Values(Row{"Daytime", 13, "1", &ServiceSockets::TCP13, &RequestCounters::ReqTCP13,
-                        panel::Daytime, 1, "10.0.0.7"},
-                    Row{"Time", 37, "3", &ServiceSockets::TCP37, &RequestCounters::ReqTCP37,
-                        panel::Time, 1, "10.0.0.7"},
-                    Row{"Ntp", 123, "5", &ServiceSockets::TCP123, &RequestCounters::ReqTCP123,
-                        panel::Ntp, 0, "None"},
-                    Row{"UnixTime", 519, "7", &ServiceSockets::TCP519, &RequestCounters::ReqTCP519,
-                        panel::Unix, 1, "None"},
-                    Row{"Client", 3777, "9", &ServiceSockets::TCP3777, &RequestCounters::ReqTCP3777,
-                        panel::Client, 1, "10.0.0.7"}),
-    [](const auto &row) { return std::string(row.param.Name); });
+INSTANTIATE_TEST_SUITE_P(, ConnectionRequest, testing::ValuesIn(Rows), NameOf);
 
 class CountedConnection : public ConnectionRequest {};
 
@@ -136,17 +143,7 @@ TEST_P(CountedConnection, EndsTheProcessWhenTheCounterIsFull) {
   ExpectProcessEnds(error_number::Overflow, [&] { Loop.Drain(); });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , CountedConnection,
-    testing::Values(Row{"Daytime", 13, "1", &ServiceSockets::TCP13, &RequestCounters::ReqTCP13,
-                        panel::Daytime, 1, "10.0.0.7"},
-                    Row{"Time", 37, "3", &ServiceSockets::TCP37, &RequestCounters::ReqTCP37,
-                        panel::Time, 1, "10.0.0.7"},
-                    Row{"UnixTime", 519, "7", &ServiceSockets::TCP519, &RequestCounters::ReqTCP519,
-                        panel::Unix, 1, "None"},
-                    Row{"Client", 3777, "9", &ServiceSockets::TCP3777, &RequestCounters::ReqTCP3777,
-                        panel::Client, 1, "10.0.0.7"}),
-    [](const auto &row) { return std::string(row.param.Name); });
+INSTANTIATE_TEST_SUITE_P(, CountedConnection, testing::ValuesIn(RowsThatCount), NameOf);
 
 class AcceptOnTest : public ServiceTest {
  protected:
