@@ -59,6 +59,15 @@ def run(*words):
     subprocess.run(words, check=True)
 
 
+def bind_over(path, text):
+    """Puts TEXT in place of the file PATH, inside this test's own mount namespace."""
+    handle, name = tempfile.mkstemp()
+    with os.fdopen(handle, "w", encoding="ascii") as file:
+        file.write(text)
+    os.chmod(name, 0o644)
+    run("mount", "--bind", name, path)
+
+
 def request(transmit=b"\x11\x22\x33\x44\x55\x66\x77\x88", originate=bytes(8), first=0x23):
     """An NTP request of 48 bytes."""
     packet = bytearray(48)

@@ -1,25 +1,14 @@
 """Servers that the list gives by name."""
 
-import os
 import socket
-import tempfile
 import time
 
-from harness import (PEER_ADDRESS, SERVER_ADDRESS, SETTINGS, World, request, run, run_all,
+from harness import (PEER_ADDRESS, SERVER_ADDRESS, SETTINGS, World, bind_over, request, run_all,
                      wait_until)
 
 
-def BindOver(path, text):
-    """Puts TEXT in place of the file PATH, inside this test's own mount namespace."""
-    handle, name = tempfile.mkstemp()
-    with os.fdopen(handle, "w", encoding="ascii") as file:
-        file.write(text)
-    os.chmod(name, 0o644)
-    run("mount", "--bind", name, path)
-
-
 def TestANameIsLookedUpAndAsked():
-    BindOver("/etc/hosts", f"127.0.0.1 localhost\n{PEER_ADDRESS} time.test\n")
+    bind_over("/etc/hosts", f"127.0.0.1 localhost\n{PEER_ADDRESS} time.test\n")
     with World(servers=("time.test", "time.test")) as world:
         world.upstream()
         server = world.server()
@@ -41,8 +30,8 @@ def Datagrams(endpoint):
 
 def TestRequestsAreAnsweredWhileTheResolverNeverAnswers():
     # Names go to a server that swallows every question.
-    BindOver("/etc/resolv.conf", f"nameserver {PEER_ADDRESS}\noptions timeout:30 attempts:5\n")
-    BindOver("/etc/nsswitch.conf", "hosts: dns\n")
+    bind_over("/etc/resolv.conf", f"nameserver {PEER_ADDRESS}\noptions timeout:30 attempts:5\n")
+    bind_over("/etc/nsswitch.conf", "hosts: dns\n")
     # A draw each second finds the good server sooner or later, and soon the others.
     settings = [line.replace('"NO:59:Minute/s:', '"YES:1:Second/s:') for line in SETTINGS]
     with World(servers=(PEER_ADDRESS, "slow.test", "slow.test"), settings=settings) as world:
@@ -74,7 +63,7 @@ def TestRequestsAreAnsweredWhileTheResolverNeverAnswers():
 
 
 def TestANameWithoutAnAnswerFailsTheRequestAfterAWhile():
-    BindOver("/etc/hosts", "127.0.0.1 localhost\n")
+    bind_over("/etc/hosts", "127.0.0.1 localhost\n")
     with World(servers=("nowhere.test",)) as world:
         server = world.server(environment={"CHRONVALE_TRACE": "1"})
         wait_until(lambda: ("udp", 123) in server.open_sockets(), "the listeners")

@@ -4,7 +4,7 @@ import os
 import socket
 import subprocess
 
-from harness import BIN, World, run_all, wait_until
+from harness import BIN, SERVER_ADDRESS, World, bind_over, run_all, wait_until
 
 
 def Start(world, *words):
@@ -53,6 +53,20 @@ def TestAServiceRunSaysNothing():
         server.process.wait()
         assert server.errors.lines == []
         assert server.process.stdout.read() == ""
+
+
+def TestAUserWhomTheMachineDoesNotKnowHasANameInTheLogAllTheSame():
+    # As under a service manager that makes up a user for the run.
+    bind_over("/etc/passwd", "nobody:x:65534:65534::/:/bin/false\n")
+    bind_over("/etc/nsswitch.conf", "passwd: files\n")
+    for told, logged in (("chronvale-server", "chronvale-server"), ("", str(os.geteuid()))):
+        with World() as world:
+            world.upstream()
+            server = world.server(environment={"USER": told})
+            server.wait_for_gate()
+            assert server.stop() == 0
+            columns = server.log_lines()[0].split(" ")
+            assert columns[4] == "CVLS5" and columns[6:8] == [logged, SERVER_ADDRESS], columns
 
 
 def TestAWindowWithoutADisplayIsOneLineAndNoListener():

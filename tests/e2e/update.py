@@ -8,7 +8,7 @@ import struct
 import subprocess
 import tempfile
 
-from harness import PEER_ADDRESS, World, run, run_all, wait_until
+from harness import PEER_ADDRESS, World, bind_over, run_all, wait_until
 from system_log import PRIORITY_INFO, SystemLog
 
 MAKER = "maker.test"
@@ -21,11 +21,7 @@ SHIPPED_LIST = os.path.join(DATA, "QRB_CVLS4.CVL")
 
 def NameTheMaker():
     """Lets the maker's name be found, in this test's own mount namespace."""
-    handle, name = tempfile.mkstemp()
-    with os.fdopen(handle, "w", encoding="ascii") as file:
-        file.write(f"127.0.0.1 localhost\n{PEER_ADDRESS} {MAKER}\n")
-    os.chmod(name, 0o644)
-    run("mount", "--bind", name, "/etc/hosts")
+    bind_over("/etc/hosts", f"127.0.0.1 localhost\n{PEER_ADDRESS} {MAKER}\n")
 
 
 def ServerFile(lines):

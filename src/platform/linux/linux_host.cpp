@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 
 #include "platform/linux/error_table.h"
 
@@ -36,11 +37,14 @@ std::string LinuxHost::UserName() {
   std::array<char, 4096> buffer;
   passwd entry{};
   passwd *found = nullptr;
-  if (getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found) != 0 ||
-      found == nullptr) {
-    return {};
+  const uid_t user = geteuid();
+  if (getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found) == 0 && found != nullptr) {
+    return entry.pw_name;
   }
-  return entry.pw_name;
+  // A service manager can make up a user that the machine's table lacks, and then tells its
+  // name this way alone. An empty one would shift what stands behind it in the log.
+  const char *told = std::getenv("USER");
+  return told != nullptr && *told != '\0' ? told : std::to_string(user);
 }
 
 }  // namespace cvl
