@@ -129,8 +129,9 @@ class UpdateTest : public ServiceTest {
   Registry Store{RegistryValues, Dialogs};
   std::string StandardZoneName;
   std::string DaylightZoneName;
+  TrayEntry Entry{Window, State, Panel, Texts, Tray};
   SettingsStore Settings{{State, Window, Files, Store, Services, Listening, Servers, Draw, Schedule,
-                          StandardZoneName, DaylightZoneName}};
+                          Entry, StandardZoneName, DaylightZoneName}};
   UpdateClient Update{{State, Window, Files, Dialogs, Programs, Settings, Layer}};
 
   /// The button CheckUpdate, and how often its window was asked for.
