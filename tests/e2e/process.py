@@ -1,6 +1,7 @@
 """The process: one instance, its command line, its ends."""
 
 import os
+import pwd
 import socket
 import subprocess
 
@@ -55,18 +56,31 @@ def TestAServiceRunSaysNothing():
         assert server.process.stdout.read() == ""
 
 
+def UserAndMachineInTheLog(environment=None):
+    with World() as world:
+        world.upstream()
+        server = world.server(environment=environment)
+        server.wait_for_gate()
+        assert server.stop() == 0
+        columns = server.log_lines()[0].split(" ")
+        assert columns[4] == "CVLS5" and columns[7] == SERVER_ADDRESS, columns
+        return columns[6], columns[5]
+
+
+def TestTheLogNamesTheUserAndTheMachine():
+    user = pwd.getpwuid(os.geteuid()).pw_name
+    # A name in the environment counts for nothing here.
+    found = UserAndMachineInTheLog({"USER": "somebody"})
+    assert found == (user, socket.gethostname()), found
+
+
 def TestAUserWhomTheMachineDoesNotKnowHasANameInTheLogAllTheSame():
     # As under a service manager that makes up a user for the run.
     bind_over("/etc/passwd", "nobody:x:65534:65534::/:/bin/false\n")
     bind_over("/etc/nsswitch.conf", "passwd: files\n")
     for told, logged in (("chronvale-server", "chronvale-server"), ("", str(os.geteuid()))):
-        with World() as world:
-            world.upstream()
-            server = world.server(environment={"USER": told})
-            server.wait_for_gate()
-            assert server.stop() == 0
-            columns = server.log_lines()[0].split(" ")
-            assert columns[4] == "CVLS5" and columns[6:8] == [logged, SERVER_ADDRESS], columns
+        found = UserAndMachineInTheLog({"USER": told})
+        assert found == (logged, socket.gethostname()), found
 
 
 def TestAWindowWithoutADisplayIsOneLineAndNoListener():

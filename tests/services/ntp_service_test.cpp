@@ -198,6 +198,7 @@ TEST_F(NtpOverUdp, HasNoReplyInMillisecond999ButALogLine) {
   Clock.StandAtUtc(DateTime::Of(2002, 10, 3, 12, 0, 0), 999);
   EXPECT_EQ(Reply(Bytes(48)), Bytes());
   EXPECT_EQ(LogLines().size(), 2U);
+  EXPECT_TRUE(IsLit(Received));
   EXPECT_FALSE(IsLit(Sent));
   EXPECT_FALSE(IsStatusUp());
 }

@@ -55,6 +55,25 @@ TEST_F(NtpOverTcp, LogsAGoodPacketWithThePortOfTheListener) {
   EXPECT_TRUE(IsStatusUp());
 }
 
+TEST_F(NtpOverTcp, LogsTheClientThatAskedAndNotTheLastThatConnected) {
+  State.Flags.EnableLogging = true;
+  FakeConnection &good = Dial(123);
+  FakeConnection &bad = Dial(123);
+  Dial(123, Bob);
+  Send(good, 48);
+  Send(bad, 47);
+  EXPECT_EQ(LogLines(), (std::vector<std::string>{LogLine("48 48 0 123 NTPv4 TCP - "),
+                                                  LogLine("0 47 0 123 NTPv4 TCP - ")}));
+}
+
+TEST_F(NtpOverTcp, LightsTheLampOfDataAgainWhenTheRequestComes) {
+  FakeConnection &client = Dial(123);
+  ShowWindow();
+  Send(client, 48);
+  EXPECT_TRUE(IsLit(Received));
+  EXPECT_FALSE(IsLit(Tcp));
+}
+
 TEST_F(NtpOverTcp, ClosesAndLogsARequestOfAnyOtherLength) {
   ShowWindow();
   State.Flags.EnableLogging = true;

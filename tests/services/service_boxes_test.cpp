@@ -31,6 +31,17 @@ TEST_F(MasterBox, OpensWhatItsTwoBoxesSayWhenItIsTicked) {
   }
 }
 
+TEST_F(MasterBox, OpensUdpBeforeTcp) {
+  Window.eTCP519.OnClick = nullptr;
+  Window.eUDP519.OnClick = nullptr;
+  Set(Window.eTCP519);
+  Set(Window.eUDP519);
+  Set(Window.eUnix);
+  // The two share a port number, and the first one has it.
+  EXPECT_EQ(Sockets.UDP519.State(), SocketState::Open);
+  EXPECT_FALSE(Net.IsListening(519));
+}
+
 TEST_F(MasterBox, LeavesAloneWhatIsNotTicked) {
   Set(Window.eNTP);
   EXPECT_EQ(Net.OpenCount(), 0U);

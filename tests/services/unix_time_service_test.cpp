@@ -71,6 +71,19 @@ TEST_F(UnixTimeOverTcp, ClosesTheSlotWithoutATraceWhenTheSendFails) {
   EXPECT_EQ(State.Requests.ReqTCP519, 1);
 }
 
+TEST_F(UnixTimeOverTcp, ClosesASlotByNoEventOfItsPeers) {
+  Sockets.TCP519.Events.ConnectionRequest = [&](std::int16_t, RequestId request) {
+    AcceptOn(
+        Sockets.TCP519, [&] { return Sockets.InitTCP519(); }, request);
+  };
+  Dial(519).End();
+  Loop.Drain();
+  EXPECT_EQ(SlotState(), SocketState::Closing);
+  Dial(519).Break();
+  Loop.Drain();
+  EXPECT_EQ(Sockets.TCP519[2].State(), SocketState::Error);
+}
+
 TEST_F(UnixTimeOverTcp, SendsNothingBeforeTheFirstSync) {
   State.Flags.TimeSynced = false;
   const std::int16_t slot = Sockets.InitTCP519();

@@ -101,7 +101,12 @@ TEST_F(ServerFileTest, StartsTheSyncWhenAllElseIsRead) {
 
 TEST_F(ServerFileTest, LeavesAnIntervalThatDoesNotFitToTheCaller) {
   Store("Settings", "YES:999999:Day/s:NA:36");
+  Settings.FileRequested = true;
   ExpectRuntimeError(error_number::Overflow, [this] { Settings.ReadCVLFile(); });
+  EXPECT_EQ(Draw.RegionCount(), 0) << "what comes behind it is left undone";
+  EXPECT_EQ(Window.Servers.Selected(), 0);
+  EXPECT_TRUE(Settings.FileRequested);
+  EXPECT_EQ(SyncsStarted, 0);
 }
 
 }  // namespace

@@ -88,6 +88,7 @@ const TimeZoneInformation &FakeClock::GetTimeZoneInformation() {
 }
 
 std::int32_t FakeClock::GetTickCount() {
+  OnCall("tick count");
   ++TickReadings;
   if (!TickScript.empty()) {
     TickCount = TickScript.front();
@@ -105,11 +106,13 @@ bool FakeClock::SetSystemTime(const SystemTime &moment) {
 }
 
 void FakeClock::SetLocalDate(DateTime date) {
+  OnCall("local date");
   LocalDatesSet.push_back(date);
   SetLocal(PartsOf(date), PartsOf(MomentOf(LocalMs())));
 }
 
 void FakeClock::SetLocalTime(DateTime time) {
+  OnCall("local time");
   LocalTimesSet.push_back(time);
   SetLocal(PartsOf(MomentOf(LocalMs())), PartsOf(time));
 }

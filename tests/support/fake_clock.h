@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -51,6 +52,10 @@ class FakeClock final : public Clock {
   /// Moves to the moment of each accepted setting. Without it the clock stands still, and
   /// the test sees what was asked for alone.
   bool MovesWhenSet = false;
+
+  /// Called with "tick count", "local date" and "local time" before that reading or setting,
+  /// for whom their order matters.
+  std::function<void(std::string_view)> OnCall = [](std::string_view) {};
 
   /// Every setting that was asked for, the refused ones included.
   std::vector<SystemTime> SystemTimesSet;

@@ -183,6 +183,12 @@ TEST_F(ServerListTest, APictureOutsideTheTableEndsTheReading) {
   ExpectRuntimeError(6, [&] { ReadLines("a:::A:::3000000000:::0\n"); });
 }
 
+TEST_F(ServerListTest, ALineThatEndsTheReadingLeavesItsSlotAsItWas) {
+  ReadLines(GoodLines(1));
+  ExpectRuntimeError(380, [&] { ReadLines("bad:::Bad NA:::36:::0\n"); });
+  EXPECT_EQ(Servers.Host(1), "host1");
+}
+
 TEST_F(ServerListTest, TakesThreeHundredServers) {
   ReadLines(GoodLines(300));
 
@@ -192,6 +198,7 @@ TEST_F(ServerListTest, TakesThreeHundredServers) {
 
 TEST_F(ServerListTest, AServerInLine306EndsTheReading) {
   ExpectRuntimeError(9, [&] { ReadLines(GoodLines(301)); });
+  EXPECT_EQ(Window.Servers.Count(), 301) << "its item is there, its host is not";
 }
 
 TEST_F(ServerListTest, AMalformedLineInLine306IsPassedOver) {

@@ -161,6 +161,23 @@ TEST_F(SyncExchangeTest, AllIsReadyForTheAnswerBeforeTheSend) {
   EXPECT_TRUE(seen);
 }
 
+TEST_F(SyncExchangeTest, TheRoundTripCountsFromTheSendAndNotFromTheSentTime) {
+  AddServers(1);
+  int sent_times = -1;
+  Clock.OnCall = [&](std::string_view) { sent_times = Clock.LocalTimeReadings; };
+  Exchange.SyncTimeNow();
+  EXPECT_EQ(sent_times, 1) << "the sent time comes before the tick count";
+}
+
+TEST_F(SyncExchangeTest, ATickInsideItAsksOnceMore) {
+  OpenUdp123();
+  AddServers(1);
+  Every(0);
+  const PostedWork tick(Loop, [this] { Schedule.Tick(); });
+  Exchange.SyncTimeNow();
+  EXPECT_THAT(Net.Sent, SizeIs(2));
+}
+
 TEST_F(SyncExchangeTest, TheTipNamesTheServerAndHas64Characters) {
   AddServer("10.0.0.1", "Some Server NA");
   Exchange.SyncTimeNow();

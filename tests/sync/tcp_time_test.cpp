@@ -116,6 +116,13 @@ TEST_F(TcpTimeTest, AClockThatIsAheadIsPutBack) {
   EXPECT_EQ(Clock.UtcMs, UtcMsOf(DateTime::Of(2002, 10, 3, 11, 59, 57)));
 }
 
+TEST_F(TcpTimeTest, TheDateIsSetBeforeTheTime) {
+  std::vector<std::string> calls;
+  Clock.OnCall = [&](std::string_view call) { calls.emplace_back(call); };
+  Exchange37(Noon + 5);
+  EXPECT_THAT(calls, ElementsAre("local date", "local time"));
+}
+
 TEST_F(TcpTimeTest, AnotherDayIsSetWithItsDate) {
   Exchange37(Noon + 200000);
   EXPECT_EQ(Clock.UtcMs, UtcMsOf(DateTime::Of(2002, 10, 5, 19, 33, 20)));
@@ -264,6 +271,49 @@ TEST_F(TcpTimeTest, WithoutAWindowTheEndLeavesTheLamp) {
   Loop.Drain();
   EXPECT_EQ(Window.LED[0].Image, LampLitImage);
   EXPECT_EQ(Tcp.tcpTime().State(), SocketState::Closed);
+}
+
+/// A datagram that waits while tcpTime ends is taken before it is closed.
+class TcpTimeWithADatagram : public TcpTimeTest {
+ protected:
+  /// Has a datagram wait, whose handler calls LOOK.
+  void HaveDatagramWait(std::function<void()> look) {
+    Udp123.OnDataArrival = [this, look = std::move(look)](std::int32_t) {
+      HasLooked = true;
+      look();
+    };
+    Udp123.SetLocalPort(123);
+    Udp123.Bind();
+    ASSERT_TRUE(Net.Arrive(123, At("10.0.0.7", 40001), "any"));
+  }
+
+  bool HasLooked = false;
+};
+
+TEST_F(TcpTimeWithADatagram, BehindTheEndOfTheStreamTheLampIsDarkByThen) {
+  ShowWindow();
+  FakeConnection &server = Connect();
+  Window.LED[0].Image = LampLitImage;
+  HaveDatagramWait([this] {
+    EXPECT_EQ(Tcp.tcpTime().State(), SocketState::Closing);
+    EXPECT_EQ(Window.LED[0].Image, LampDarkImage);
+  });
+  server.End();
+  Loop.Drain();
+  EXPECT_TRUE(HasLooked);
+  EXPECT_EQ(Tcp.tcpTime().State(), SocketState::Closed);
+}
+
+TEST_F(TcpTimeWithADatagram, BehindAFailureTheNextServerIsNotDrawnYet) {
+  FakeConnection &server = Connect();
+  HaveDatagramWait([this] {
+    EXPECT_EQ(Tcp.tcpTime().State(), SocketState::Error);
+    EXPECT_EQ(Servers.CurrentServer, "10.0.0.1");
+  });
+  server.Break();
+  Loop.Drain();
+  EXPECT_TRUE(HasLooked);
+  EXPECT_EQ(Servers.CurrentServer, "10.0.0.2");
 }
 
 TEST_F(TcpTimeTest, ABrokenConnectionAsksTheNextServerAtOnce) {
