@@ -108,7 +108,7 @@ TEST(SystemdUnit, DoesNotFillWhatCameOutOfAGap) {
 }
 
 TEST(SystemdUnit, IsFoundWellFormedBySystemd) {
-  if (!CanAnalyze()) GTEST_SKIP() << "no systemd-analyze here";
+  ASSERT_TRUE(CanAnalyze()) << "the test needs systemd-analyze";
   const ScratchDirectory directory;
   for (const char *name : {"plain", "a b 100% c:d $e"}) {
     const std::string home = directory / name;
@@ -121,7 +121,7 @@ TEST(SystemdUnit, IsFoundWellFormedBySystemd) {
 }
 
 TEST(SystemdUnit, ExposesLittle) {
-  if (!CanAnalyze()) GTEST_SKIP() << "no systemd-analyze here";
+  ASSERT_TRUE(CanAnalyze()) << "the test needs systemd-analyze";
   const ScratchDirectory directory;
   WriteText(directory / "CVLServer.service", UnitText(UnitIn("/opt/chronvale")));
   // The threshold is in tenths.
