@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <limits>
 #include <system_error>
 
@@ -51,25 +51,36 @@ std::size_t NumberLength(std::string_view text) {
   return exponent;
 }
 
-/// Roughly the power of ten of a number with digits other than 0, which ends at a NUL.
-long Magnitude(std::string_view number) {
+/// The exponent DIGITS, with or without a sign, as a number. Values beyond any exponent of a
+/// float saturate, far enough from the edge to be added to a position in a text.
+std::int64_t ExponentOf(std::string_view digits) {
+  constexpr std::int64_t Beyond = 1'000'000'000'000'000;
+  const bool is_negative = digits.starts_with('-');
+  if (IsSign(digits.front())) digits.remove_prefix(1);
+  std::int64_t exponent = 0;
+  for (const char digit : digits) {
+    exponent = std::min(exponent * 10 + (digit - '0'), Beyond);
+  }
+  return is_negative ? -exponent : exponent;
+}
+
+/// Roughly the power of ten of a number with digits other than 0, whose exponent is marked by
+/// a small e.
+std::int64_t Magnitude(std::string_view number) {
   const std::size_t mark = std::min(number.find('e'), number.size());
   const std::string_view mantissa = number.substr(0, mark);
   const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
   const std::size_t first = std::min(mantissa.find_first_of("123456789"), mantissa.size());
-  const long of_mantissa = static_cast<long>(point) - static_cast<long>(first);
+  const auto of_mantissa = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first);
   if (mark == number.size()) return of_mantissa;
-  // Far beyond any float either way, and small enough to be added.
-  constexpr long Beyond = 1000000;
-  return of_mantissa +
-         std::clamp(std::strtol(number.data() + mark + 1, nullptr, 10), -Beyond, Beyond);
+  return of_mantissa + ExponentOf(number.substr(mark + 1));
 }
 
 /// The value of a text that is one number; infinity when it is too large.
 double ValueOf(std::string_view number) {
   std::string plain(number);
   for (char &c : plain) {
-    if (c == 'd' || c == 'D') c = 'e';
+    if (c == 'E' || c == 'd' || c == 'D') c = 'e';
   }
   const char *first = plain.c_str();
   if (*first == '+') ++first;
@@ -113,7 +124,7 @@ std::string NumberText(double value) {
   for (; *at != 'e' && *at != '\0'; ++at) {
     if (IsDigit(*at)) digits += *at;
   }
-  const int exponent = *at == 'e' ? std::atoi(at + 1) : 0;
+  const auto exponent = *at == 'e' ? ExponentOf(at + 1) : 0;
   while (digits.size() > 1 && digits.back() == '0') {
     digits.pop_back();
   }

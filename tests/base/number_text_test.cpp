@@ -106,6 +106,12 @@ TEST(Val, FailsWithOverflowBeyondTheLargestFloat) {
   ExpectRuntimeError(6, [] { return Val("-1e309"); });
   ExpectRuntimeError(6, [] { return Val("1d999999999999999999999999"); });
   ExpectRuntimeError(6, [] { return Val(std::string(400, '9')); });
+  for (const char mark : {'e', 'E', 'd', 'D'}) {
+    const testing::ScopedTrace trace(__FILE__, __LINE__, std::string(1, mark));
+    EXPECT_EQ(Val(Extended("1", 1, mark) + "308"), 1e308);
+    ExpectRuntimeError(6, [=] { return Val(Extended(".5", 1, mark) + "999"); });
+    ExpectRuntimeError(6, [=] { return Val(Extended("-0.0005", 1, mark) + "+999"); });
+  }
 }
 
 TEST(Val, TakesWhatIsTooSmallAsZero) {
@@ -114,6 +120,12 @@ TEST(Val, TakesWhatIsTooSmallAsZero) {
   EXPECT_EQ(Val("-1.5e-400"), 0);
   EXPECT_EQ(Val("1e-999999999999999999999999"), 0);
   EXPECT_EQ(Val("0e999999999999999999999999"), 0);
+  for (const char mark : {'e', 'E', 'd', 'D'}) {
+    EXPECT_EQ(Val(Extended("1", 1, mark) + "-307"), 1e-307) << mark;
+    EXPECT_EQ(Val(Extended("1", 1, mark) + "-400"), 0) << mark;
+    EXPECT_EQ(Val(Extended("-12345", 1, mark) + "-400"), 0) << mark;
+    EXPECT_EQ(Val(Extended(".0", 1, mark) + "999"), 0) << mark;
+  }
 }
 
 TEST(Val, ReadsHugeTextsOfDigits) {
@@ -121,6 +133,15 @@ TEST(Val, ReadsHugeTextsOfDigits) {
   EXPECT_EQ(Val(Extended("0.", 100000, '0') + "7"), 0);
   EXPECT_EQ(Val(Extended("1e", 100000, '0') + "2"), 100);
   EXPECT_EQ(Val(std::string(100000, '+') + "7"), 0);
+}
+
+TEST(Val, WeighsALongMantissaAgainstItsExponent) {
+  const std::string tiny = Extended(".", 1100000, '0') + "1";
+  EXPECT_EQ(Val(tiny + "e1100001"), 1);
+  ExpectRuntimeError(6, [&] { return Val(tiny + "e1100500"); });
+  const std::string huge = Extended("1", 1100000, '0');
+  EXPECT_EQ(Val(huge + "e-1100000"), 1);
+  EXPECT_EQ(Val(huge + "e-1100500"), 0);
 }
 
 TEST(IsNumeric, TakesWhatIsOneNumberFromEndToEnd) {
@@ -178,6 +199,12 @@ TEST(IsNumeric, RefusesWhatNoFloatHolds) {
   EXPECT_FALSE(IsNumeric("1e309"));
   EXPECT_FALSE(IsNumeric("-1d309"));
   EXPECT_FALSE(IsNumeric(std::string(400, '9')));
+  for (const char mark : {'e', 'E', 'd', 'D'}) {
+    EXPECT_TRUE(IsNumeric(Extended("1", 1, mark) + "-400")) << mark;
+    EXPECT_TRUE(IsNumeric(Extended("1", 1, mark) + "308")) << mark;
+    EXPECT_FALSE(IsNumeric(Extended(".5", 1, mark) + "999")) << mark;
+    EXPECT_FALSE(IsNumeric(Extended("1", 1, mark) + "309")) << mark;
+  }
 }
 
 TEST(IsNumeric, SurvivesHugeTexts) {
