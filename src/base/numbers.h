@@ -13,13 +13,13 @@ namespace cvl {
 /// A float rounded to the nearest whole number within LEAST..MOST, a tie to the even
 /// neighbour. Raises 6 when the rounded number lies outside, and for a NaN.
 /// The bounds are those of a type of at most 32 bits.
-inline long RoundWithin(double value, long least, long most) {
-  // Comparing before rounding keeps lrint inside its range. The halves at the two
+inline std::int64_t RoundWithin(double value, std::int64_t least, std::int64_t most) {
+  // Comparing before rounding keeps llrint inside its range. The halves at the two
   // edges are inside this comparison and are judged after the rounding.
   if (!(value >= static_cast<double>(least) - 0.5 && value <= static_cast<double>(most) + 0.5)) {
     throw RuntimeError(error_number::Overflow);
   }
-  const long rounded = std::lrint(value);
+  const std::int64_t rounded = std::llrint(value);
   if (rounded < least || rounded > most) throw RuntimeError(error_number::Overflow);
   return rounded;
 }

@@ -25,7 +25,7 @@ std::uint8_t ByteAt(std::span<const std::uint8_t> bytes, std::size_t index) {
 }
 
 void Put(ClientMessage &message, std::size_t offset, std::string_view text) {
-  std::copy(text.begin(), text.end(), message.begin() + static_cast<long>(offset));
+  std::copy(text.begin(), text.end(), message.begin() + static_cast<std::ptrdiff_t>(offset));
 }
 
 /// What both replies begin with.

@@ -25,7 +25,8 @@ constexpr std::size_t Transmit = 40;
 
 template <class Bytes>
 void Put(NtpPacket &packet, std::size_t offset, const Bytes &bytes) {
-  std::copy(std::begin(bytes), std::end(bytes), packet.begin() + static_cast<long>(offset));
+  std::copy(std::begin(bytes), std::end(bytes),
+            packet.begin() + static_cast<std::ptrdiff_t>(offset));
 }
 
 /// The part of PACKET that a message of BYTES_TOTAL fills.

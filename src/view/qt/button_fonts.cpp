@@ -24,7 +24,7 @@ QFont ToolkitFont(const ButtonFont &font, double scale) {
   QFont made = FontFor({});
   const QString family = FromModel(font.Name);
   if (QFontDatabase::hasFamily(family)) made.setFamily(family);
-  made.setPixelSize(std::max(1, static_cast<int>(std::lround(font.Points * 96 / 72 * scale))));
+  made.setPixelSize(std::max(1, static_cast<int>(std::llround(font.Points * 96 / 72 * scale))));
   made.setBold(font.Bold);
   made.setItalic(font.Italic);
   made.setUnderline(font.Underline);

@@ -91,7 +91,7 @@ void ButtonWidget::RefreshModel() {
 }
 
 int ButtonWidget::InPixels(double units) const {
-  return static_cast<int>(std::lround(units * devicePixelRatioF()));
+  return static_cast<int>(std::llround(units * devicePixelRatioF()));
 }
 
 void ButtonWidget::paintEvent(QPaintEvent *) {
