@@ -14,6 +14,9 @@ target_link_libraries(cvl_options INTERFACE cvl_warnings)
 add_library(cvl_test_options INTERFACE)
 target_link_libraries(cvl_test_options INTERFACE cvl_warnings)
 
+if(NOT CVL_SANITIZE)
+  cvl_hardening(cvl_options)
+endif()
 if(CVL_SANITIZE)
   target_compile_options(cvl_options INTERFACE -fsanitize=address,undefined
                                                -fno-sanitize-recover=undefined
