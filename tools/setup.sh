@@ -26,19 +26,37 @@ Install() {
     "${missing[@]}" >/dev/null
 }
 
-# Build PRESET [TARGET...]: configures and builds, saying so.
+# Build PRESET [TARGET...]: configures and builds, and shows how far it is.
 Build() {
   local preset=$1
   shift
-  echo "Building ($preset)..."
+  printf 'Building (%s)...' "$preset"
+  if [ ! -t 1 ]; then echo; fi
   cmake --preset "$preset" "${ConfigureOptions[@]}" >"build/$preset.configure.log" 2>&1 || {
     cat "build/$preset.configure.log" >&2
     exit 1
   }
-  cmake --build --preset "$preset" ${1:+--target "$@"} >"build/$preset.build.log" 2>&1 || {
+  cmake --build --preset "$preset" ${1:+--target "$@"} 2>&1 | tee "build/$preset.build.log" |
+    ShowProgress "Building ($preset)..." || {
     grep -vE '^\[[0-9]+/[0-9]+\] ' "build/$preset.build.log" >&2
     exit 1
   }
+}
+
+# ShowProgress WHAT: the count of each build step of the input, on one line of a terminal; in a
+# log a line every ten seconds.
+ShowProgress() {
+  local what=$1 line shown=$SECONDS
+  while IFS= read -r line; do
+    [[ $line =~ ^\[([0-9]+)/([0-9]+)\]\  ]] || continue
+    if [ -t 1 ]; then
+      printf '\r%s %d of %d' "$what" "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
+    elif [ $((SECONDS - shown)) -ge 10 ]; then
+      printf '%s %d of %d\n' "$what" "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
+      shown=$SECONDS
+    fi
+  done
+  if [ -t 1 ]; then echo; fi
 }
 
 ConfigureOptions=()
