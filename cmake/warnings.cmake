@@ -27,5 +27,7 @@ if(CVL_SANITIZE)
   endforeach()
 endif()
 if(CVL_LIBFUZZER)
-  target_compile_options(cvl_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_options(
+    cvl_options INTERFACE -fsanitize=fuzzer-no-link
+                          -fsanitize-coverage-ignorelist=${CMAKE_SOURCE_DIR}/fuzz/uncovered.txt)
 endif()

@@ -6,21 +6,20 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <string_view>
 
-#include "host/cvl_server.h"
-#include "tests/support/test_platform.h"
+#include "fuzz/server_parts.h"
+#include "services/client_protocol.h"
 
 namespace {
 
 constexpr std::uint16_t Port = 3777;
+/// A run takes so many messages. A further one finds no state that an earlier one didn't.
+constexpr int MostMessages = 4;
 constexpr cvl::Ipv4Address Client = 0x0A000007;
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
+using cvl::fuzz::Require;
 
 bool IsRequest(std::span<const std::uint8_t> message) {
   return message.size() == 24 && message[0] == 'C' && message[1] == 'V' && message[3] != 'L';
@@ -38,43 +37,36 @@ bool IsReply(std::span<const std::uint8_t> reply, std::string_view head,
 class Run {
  public:
   Run() {
-    Platform_.Files.Contents["/program/QRB_CVLS4.CVL"] = "h\nh\nh\nh\nh\n10.0.0.1:::A NA:::2:::\n";
-    // Each of the two boxes opens the other's socket, and both do it before the first sync
-    // request, which may leave from any free port.
-    Server_.Window.eTCP3777.SetValue(cvl::Tick::On);
-    Server_.Window.eUDP3777.SetValue(cvl::Tick::On);
-    Server_.Load();
-    Server_.State.Flags.TimeSynced = true;
-    Platform_.Loop.Drain();
+    Parts_.State.Flags.TimeSynced = true;
+    Parts_.Sockets.TCP3777[0].SetLocalPort(Port);
+    Parts_.Sockets.TCP3777[0].Listen();
+    Parts_.Sockets.UDP3777.SetLocalPort(Port);
+    Parts_.Sockets.UDP3777.Bind();
   }
-
-  ~Run() { Server_.Unload(cvl::UnloadMode::FromCode); }
-  Run(const Run &) = delete;
-  Run &operator=(const Run &) = delete;
 
   /// Moves the clock, also into millisecond 999, and turns the log on and off.
   void Arrange(std::uint8_t circumstances) {
-    Platform_.Clock.UtcMs += circumstances * std::int64_t{61};
-    Server_.State.Flags.EnableLogging = (circumstances & 1) != 0;
+    Parts_.Clock.UtcMs += circumstances * std::int64_t{61};
+    Parts_.State.Flags.EnableLogging = (circumstances & 1) != 0;
   }
 
   void SendDatagram(std::span<const std::uint8_t> message) {
     const cvl::Endpoint client{Client, ++ClientPort_};
-    Platform_.Net.Sent.clear();
-    Require(Platform_.Net.Arrive(Port, client, message));
-    Platform_.Loop.Drain();
-    Require(Platform_.Net.Sent.size() == (IsRequest(message) ? 1 : 0));
-    for (const auto &answer : Platform_.Net.Sent) {
+    Parts_.Net.Sent.clear();
+    Require(Parts_.Net.Arrive(Port, client, message));
+    Parts_.Loop.Drain();
+    Require(Parts_.Net.Sent.size() == (IsRequest(message) ? 1 : 0));
+    for (const auto &answer : Parts_.Net.Sent) {
       Require(answer.To == client && IsReply(answer.Data, "CVLS5", message));
     }
   }
 
   void SendOnConnection(std::span<const std::uint8_t> message) {
-    cvl::FakeConnection &client = Platform_.Net.Dial(Port, {Client, ++ClientPort_});
-    Platform_.Loop.Drain();
+    cvl::FakeConnection &client = Parts_.Net.Dial(Port, {Client, ++ClientPort_});
+    Parts_.Loop.Drain();
     Require(client.IsAccepted);
     if (!message.empty()) client.Send(message);
-    Platform_.Loop.Drain();
+    Parts_.Loop.Drain();
     Require(client.HasEnded == (!message.empty() && message.size() != 24));
     if (IsRequest(message)) {
       Require(IsReply(client.Received, "CVLS5UTC", message));
@@ -82,12 +74,12 @@ class Run {
       Require(client.Received.empty());
     }
     client.End();
-    Platform_.Loop.Drain();
+    Parts_.Loop.Drain();
   }
 
  private:
-  cvl::TestPlatform Platform_;
-  cvl::CVL_Server Server_{Platform_.Interfaces(), ""};
+  cvl::fuzz::Parts Parts_;
+  cvl::ClientProtocol Protocol_{Parts_.Context};
   std::uint16_t ClientPort_ = 2000;
 };
 
@@ -96,7 +88,7 @@ class Run {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   Run run;
   std::span<const std::uint8_t> rest(data, size);
-  while (rest.size() >= 2) {
+  for (int messages = 0; messages < MostMessages && rest.size() >= 2; ++messages) {
     const std::size_t length = std::min<std::size_t>(rest[1], rest.size() - 2);
     const std::span<const std::uint8_t> message = rest.subspan(2, length);
     run.Arrange(rest[0]);
