@@ -42,6 +42,22 @@ class Run {
     Parts_.Sockets.TCP3777[0].Listen();
     Parts_.Sockets.UDP3777.SetLocalPort(Port);
     Parts_.Sockets.UDP3777.Bind();
+    Parts_.Keep();
+  }
+
+  /// Closes every slot and connection of an earlier run.
+  void Begin() {
+    Parts_.Reset();
+    ClientPort_ = 2000;
+    cvl::SlotArray &slots = Parts_.Sockets.TCP3777;
+    for (std::int16_t slot = 1; slot <= slots.Highest(); ++slot) {
+      slots[slot].Close();
+    }
+    if (Parts_.Layer.Lingering.Count() > 0) {
+      Parts_.Loop.Advance(cvl::LingeringCloses::LookMs);
+      Require(Parts_.Layer.Lingering.Count() == 0);
+    }
+    Parts_.Net.Connections.clear();
   }
 
   /// Moves the clock, also into millisecond 999, and turns the log on and off.
@@ -86,7 +102,7 @@ class Run {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-  Run run;
+  Run &run = cvl::fuzz::SharedRun<Run>();
   std::span<const std::uint8_t> rest(data, size);
   for (int messages = 0; messages < MostMessages && rest.size() >= 2; ++messages) {
     const std::size_t length = std::min<std::size_t>(rest[1], rest.size() - 2);

@@ -1,15 +1,18 @@
 // The parts of a server that the fuzz targets of its services share, on a system without a
-// kernel. A run makes its own, so that a failure depends on its input alone; making these few
-// is two orders of magnitude cheaper than starting a server.
+// kernel. A run either makes its own or resets those of the run before, so that a failure
+// depends on its input alone.
 //
 //   Parts parts;
 //   ClientProtocol protocol(parts.Context);
+//   ...
+//   parts.Reset();
 
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <memory>
 #include <sstream>
 
 #include "services/service_context.h"
@@ -46,6 +49,27 @@ struct Parts {
     State.Sync.ReplyHeaderByte = 36;
     State.Flags.EnableLogging = true;
     State.RegionCode = "NA";
+    SyncNow.SetEnabled(false);
+  }
+
+  /// Reset goes back to the state and the window as they are now.
+  void Keep() {
+    KeptState_ = State;
+    KeptWindow_ = Window;
+  }
+
+  /// Undoes what a run does to state, window, clock and files, and drops the records of the
+  /// fakes. Sockets stay open and connections stay as they are.
+  void Reset() {
+    State = KeptState_;
+    Window = KeptWindow_;
+    Clock.UtcMs = FakeClock().UtcMs;
+    Files.Contents.clear();
+    Files.Directories.clear();
+    Servers.CurrentServer.clear();
+    Schedule.Hasten(Schedule.SyncSeconds());
+    Net.Sent.clear();
+    Loop.Calls.clear();
   }
 
   /// Reads a server file with one server, 10.0.0.1.
@@ -76,6 +100,22 @@ struct Parts {
   Timer SyncNow{Loop, 1000};
   SyncSchedule Schedule{State, Window, SyncNow, Texts, Panel};
   ServiceContext Context{State, Window, Sockets, Time, LampRow, Texts, Log, Loop};
+
+ private:
+  RunState KeptState_;
+  MainWindow KeptWindow_;
 };
+
+/// The parts of type RUN that the runs of this process share, after their Begin. They are made
+/// again once in a while, because the fakes remember every socket that was closed.
+template <class Run>
+Run &SharedRun() {
+  constexpr int RunsOfOne = 1000;
+  static std::unique_ptr<Run> &run = *new std::unique_ptr<Run>;
+  static int runs = 0;
+  if (runs++ % RunsOfOne == 0) run = std::make_unique<Run>();
+  run->Begin();
+  return *run;
+}
 
 }  // namespace cvl::fuzz
