@@ -60,10 +60,12 @@ class Clock {
   /// Local time with its milliseconds; a reading of its own.
   virtual SystemTime GetLocalTime() = 0;
 
-  /// The zone in force at the moment of the last reading or now, whichever is later, so
-  /// that a local time and the bias asked for behind it belong together. The record is
-  /// good until the next call on this clock.
+  /// The zone in force now. The record is valid until the next call on this clock.
   virtual const TimeZoneInformation &GetTimeZoneInformation() = 0;
+
+  /// The zone in force at the last reading of the time, so that a local time and its bias
+  /// belong together. Reads nothing. The record is valid until the next call on this clock.
+  virtual const TimeZoneInformation &ZoneOfReading() = 0;
 
   /// Milliseconds of a monotonic clock as a signed 32-bit number: it wraps.
   virtual std::int32_t GetTickCount() = 0;

@@ -5,20 +5,32 @@
 
 namespace cvl {
 
-TimeEngine::TimeEngine(Clock &clock, const BaseDates &dates, ZoneState &zone, TextBox &svr_current)
-    : Clock_(clock), Dates_(dates), Zone_(zone), SvrCurrent_(svr_current) {}
+namespace {
 
-std::int32_t TimeEngine::GrabBias() {
-  const TimeZoneInformation &zone = Clock_.GetTimeZoneInformation();
+/// Seconds from local time to UTC.
+std::int32_t BiasSeconds(const TimeZoneInformation &zone) {
   if (zone.Period == ZonePeriod::Daylight) {
     return MultiplyLong(AddLong(zone.Bias, zone.DaylightBias), 60);
   }
   return MultiplyLong(zone.Bias, 60);
 }
 
+}  // namespace
+
+TimeEngine::TimeEngine(Clock &clock, const BaseDates &dates, ZoneState &zone, TextBox &svr_current)
+    : Clock_(clock), Dates_(dates), Zone_(zone), SvrCurrent_(svr_current) {}
+
+std::int32_t TimeEngine::GrabBias() {
+  return BiasSeconds(Clock_.GetTimeZoneInformation());
+}
+
 double TimeEngine::SecondsSince(DateTime base) {
-  const DateTime local = Clock_.Now();
-  return SecondsBetween(base, local.Plus(GrabBias() / SecondsPerDay));
+  const DateTime local = Now();
+  const std::int32_t bias = BiasSeconds(Clock_.ZoneOfReading());
+  if (local != Count_.Local || bias != Count_.Bias || base != Count_.Base) {
+    Count_ = {local, bias, base, SecondsBetween(base, local.Plus(bias / SecondsPerDay))};
+  }
+  return Count_.Seconds;
 }
 
 NtpTimestamp TimeEngine::StampFrom(DateTime base) {

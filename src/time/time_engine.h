@@ -49,12 +49,23 @@ class TimeEngine {
   void svrBIAS();
 
   /// The present local date-time in whole seconds.
-  DateTime Now() { return Clock_.Now(); }
+  DateTime Now() { return LastNow_ = Clock_.Now(); }
+
+  /// What Now, or the seconds of a timestamp, read last. Reads nothing.
+  DateTime LastNow() const { return LastNow_; }
 
  private:
   NtpTimestamp StampFrom(DateTime base);
 
-  // The last stamp and what it was made of. A busy server takes many in a millisecond.
+  // The last count of seconds and what it was made of; it changes once a second.
+  struct SecondCount {
+    DateTime Local;
+    std::int32_t Bias = 0;
+    DateTime Base;
+    double Seconds = 0;
+  };
+
+  // The last timestamp and what it was made of. A busy server makes many in a millisecond.
   struct Stamp {
     double Seconds = -1;
     int Milliseconds = -1;
@@ -65,6 +76,8 @@ class TimeEngine {
   const BaseDates &Dates_;
   ZoneState &Zone_;
   TextBox &SvrCurrent_;
+  DateTime LastNow_;
+  SecondCount Count_;
   Stamp Last_;
 };
 

@@ -160,22 +160,18 @@ TEST(LinuxClock, KeepsLocalTimeAndBiasTogetherWhileTheCoarseClockLags) {
   EXPECT_EQ(clock.GetTimeZoneInformation().Period, ZonePeriod::Daylight);
 }
 
-TEST(LinuxClock, SparesThePreciseClockWhereTheZoneOfTheLastReadingIsGood) {
+TEST(LinuxClock, ReturnsTheZoneOfAReadingWithoutReadingAgain) {
   const ZoneSetting setting(NewYork);
   StandingClock system;
   LinuxClock clock;
-  system.StandAt(Summer, 500000000);
-  system.CoarseLagNs = 4000000;
+  system.StandAt(SpringForward - 1);
   clock.Now();
+  system.StandAt(SpringForward);
+  EXPECT_EQ(clock.ZoneOfReading().Period, ZonePeriod::Standard);
   EXPECT_EQ(system.RealTimeReadings, 1);
-  clock.GetTimeZoneInformation();
-  EXPECT_EQ(system.RealTimeReadings, 1);
-  system.CoarseLagNs = 504000000;  // still in the second before
-  clock.GetTimeZoneInformation();
-  EXPECT_EQ(system.RealTimeReadings, 1);
-  system.StandAt(Summer + 2);
-  clock.GetTimeZoneInformation();
+  EXPECT_EQ(clock.GetTimeZoneInformation().Period, ZonePeriod::Daylight);
   EXPECT_EQ(system.RealTimeReadings, 2);
+  EXPECT_EQ(clock.ZoneOfReading().Period, ZonePeriod::Daylight);
 }
 
 TEST(LinuxClock, FeelsAStepBackIntoTheOtherPeriod) {

@@ -75,6 +75,7 @@ class FakeClock final : public Clock {
   DateTime Now() override;
   SystemTime GetLocalTime() override;
   const TimeZoneInformation &GetTimeZoneInformation() override;
+  const TimeZoneInformation &ZoneOfReading() override { return Zone; }
   std::int32_t GetTickCount() override;
 
   /// Refuses what IsSettable refuses, and moments before 1970, as Linux does.

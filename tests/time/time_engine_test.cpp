@@ -146,7 +146,30 @@ TEST(GrabTime, TakesSecondsFromItsFirstReadingAndMillisecondsFromItsSecond) {
   EXPECT_TRUE(bench.Clock.Script.empty());
   EXPECT_EQ(bench.Clock.NowReadings, 1);
   EXPECT_EQ(bench.Clock.LocalTimeReadings, 1);
-  EXPECT_EQ(bench.Clock.ZoneReadings, 1);
+  EXPECT_EQ(bench.Clock.ZoneReadings, 0);
+}
+
+TEST(GrabTime, CountsSecondsAgainWhenSecondZoneOrBaseChanges) {
+  Bench bench;
+  bench.Clock.Script = {1033646400250, 1033646400250, 1033646401250, 1033646401250};
+  EXPECT_THAT(bench.Time.GrabTime(), ElementsAre(0xC1, 0x46, 0xAF, 0xC0, 0x40, 0x0A, 0x0A, 0x0A));
+  EXPECT_THAT(bench.Time.GrabTime(), ElementsAre(0xC1, 0x46, 0xAF, 0xC1, 0x40, 0x0A, 0x0A, 0x0A));
+  EXPECT_EQ(bench.Time.SecondsSince(bench.Dates.UnixEpoch), 1033646401);
+  // The same local time in another zone is another moment.
+  bench.Clock.Zone.Bias = 60;
+  bench.Clock.UtcMs += 3600000;
+  EXPECT_EQ(bench.Time.SecondsSince(bench.Dates.UnixEpoch), 1033650001);
+}
+
+TEST(LastNow, IsTheLastReadingOfWholeSeconds) {
+  Bench bench;
+  const std::int64_t noon = 1033646400000;
+  bench.Clock.Script = {noon + 1000, noon + 2000, noon + 3000};
+  bench.Time.Now();
+  EXPECT_EQ(bench.Time.LastNow(), DateTime::Of(2002, 10, 3, 12, 0, 1));
+  bench.Time.GrabTime();  // its seconds, then its milliseconds
+  EXPECT_EQ(bench.Time.LastNow(), DateTime::Of(2002, 10, 3, 12, 0, 2));
+  EXPECT_TRUE(bench.Clock.Script.empty());
 }
 
 TEST(GrabTime, FailsWithOverflowInMillisecond999) {

@@ -150,11 +150,7 @@ SystemTime LinuxClock::GetLocalTime() {
 }
 
 const TimeZoneInformation &LinuxClock::GetTimeZoneInformation() {
-  // The coarse clock costs a quarter of a full reading. It lags by less than a second, so
-  // it may still show the second before the one that was read last.
-  timespec coarse{};
-  clock_gettime(CLOCK_REALTIME_COARSE, &coarse);
-  if (coarse.tv_sec > Second_ || coarse.tv_sec < Second_ - 1) Read();
+  Read();
   return Zone_;
 }
 

@@ -16,6 +16,7 @@ class LinuxClock final : public Clock {
   DateTime Now() override;
   SystemTime GetLocalTime() override;
   const TimeZoneInformation &GetTimeZoneInformation() override;
+  const TimeZoneInformation &ZoneOfReading() override { return Zone_; }
   std::int32_t GetTickCount() override;
   [[nodiscard]] bool SetSystemTime(const SystemTime &moment) override;
   void SetLocalDate(DateTime date) override;
