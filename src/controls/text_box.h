@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "controls/control.h"
+#include "platform/address.h"
 
 namespace cvl {
 
@@ -23,13 +24,31 @@ class TextBox : public Control {
   /// Raised when a key is pressed, with its code.
   std::function<void(int)> OnKeyPress;
 
-  const std::string &Text() const { return Text_; }
+  const std::string &Text() const {
+    if (TextIsStale_) {
+      Text_ = AddressText(Address_);
+      TextIsStale_ = false;
+    }
+    return Text_;
+  }
 
   /// Stores text, cut at the box's limit as typed text is.
   void SetText(std::string_view text) {
     if (MaxLength_ != 0) text = text.substr(0, MaxLength_);
-    if (text == Text_) return;
+    if (text == Text()) return;
     Text_ = text;
+    HoldsAddress_ = false;
+    if (OnChange) OnChange();
+  }
+
+  /// Stores the text of an address, which is made when it is read. For boxes without a limit.
+  void SetAddress(PeerAddress address) {
+    if (HoldsAddress_ && address == Address_) return;
+    const bool is_same = !HoldsAddress_ && AddressText(address) == Text_;
+    HoldsAddress_ = true;
+    Address_ = address;
+    if (is_same) return;
+    TextIsStale_ = true;
     if (OnChange) OnChange();
   }
 
@@ -42,7 +61,10 @@ class TextBox : public Control {
   std::size_t MaxLength() const { return MaxLength_; }
 
  private:
-  std::string Text_;
+  mutable std::string Text_;
+  mutable bool TextIsStale_ = false;
+  bool HoldsAddress_ = false;
+  PeerAddress Address_;
   std::size_t MaxLength_;
 };
 

@@ -7,17 +7,22 @@ void Socket::SetLocalPort(std::int16_t port) {
   LocalPort_ = port;
 }
 
-const std::string &Socket::RemoteHostIP() const {
-  if (RemoteHostIPStale_) {
-    RemoteHostIP_ = AddressText(Remote_.Address);
-    RemoteHostIPStale_ = false;
+void Socket::SetRemoteHost(PeerAddress host) {
+  if (host) {
+    RemoteHost_ = *host;
+  } else {
+    RemoteHost_ = std::string();
   }
-  return RemoteHostIP_;
 }
 
-void Socket::SetPeer(Endpoint peer) {
-  if (peer.Address != Remote_.Address || RemoteHostIP_.empty()) RemoteHostIPStale_ = true;
-  Remote_ = peer;
+std::string Socket::RemoteHost() const {
+  if (const auto *address = std::get_if<Ipv4Address>(&RemoteHost_)) return AddressText(*address);
+  return std::get<std::string>(RemoteHost_);
+}
+
+std::optional<Ipv4Address> Socket::RemoteAddress() const {
+  if (const auto *address = std::get_if<Ipv4Address>(&RemoteHost_)) return *address;
+  return Layer_.Names.Find(std::get<std::string>(RemoteHost_));
 }
 
 }  // namespace cvl

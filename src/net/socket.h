@@ -6,7 +6,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <variant>
 
 #include "net/socket_layer.h"
 
@@ -39,14 +42,18 @@ class Socket {
   void SetLocalPort(std::int16_t port);
 
   /// Where SendData and Connect go: a dotted address or a name.
-  const std::string &RemoteHost() const { return RemoteHost_; }
-  void SetRemoteHost(std::string_view host) { RemoteHost_ = host; }
-  std::int32_t RemotePort() const { return Remote_.Port; }
-  void SetRemotePort(std::uint16_t port) { Remote_.Port = port; }
+  std::string RemoteHost() const;
+  void SetRemoteHost(std::string_view host) { RemoteHost_ = std::string(host); }
+  void SetRemoteHost(PeerAddress host);
+  std::int32_t RemotePort() const { return RemotePort_; }
+  void SetRemotePort(std::uint16_t port) { RemotePort_ = port; }
 
   /// The dotted address of the peer: of a datagram socket the sender of the last datagram,
   /// of a listener the last that asked for a connection. Empty before the first.
-  const std::string &RemoteHostIP() const;
+  std::string RemoteHostIP() const { return AddressText(Peer()); }
+
+  /// The same as a number; nothing before the first.
+  PeerAddress Peer() const { return Peer_; }
 
   /// This machine's own address, and its name.
   std::string LocalIP() const { return AddressText(Layer_.System.LocalAddress()); }
@@ -59,19 +66,24 @@ class Socket {
   virtual void Close() = 0;
 
  protected:
-  void SetPeer(Endpoint peer);
+  void SetPeer(Endpoint peer) {
+    Peer_ = peer.Address;
+    RemotePort_ = peer.Port;
+  }
+
+  /// The address of the remote host; nothing for a name without a fresh answer.
+  std::optional<Ipv4Address> RemoteAddress() const;
 
   SocketLayer &Layer_;
   SocketState State_ = SocketState::Closed;
   SocketHandle Handle_ = SocketHandle::None;
   std::int32_t LocalPort_ = 0;
-  std::string RemoteHost_;
-  Endpoint Remote_;  ///< the last peer's address, and the port that the next send goes to
+  std::uint16_t RemotePort_ = 0;  ///< the last peer's, until another is set
 
  private:
-  // Made when asked for: most peers' addresses are never read as text.
-  mutable std::string RemoteHostIP_;
-  mutable bool RemoteHostIPStale_ = false;
+  // An answer goes to an address that is at hand as a number and needs no text.
+  std::variant<std::string, Ipv4Address> RemoteHost_;
+  PeerAddress Peer_;
 };
 
 }  // namespace cvl

@@ -48,7 +48,7 @@ void TcpSocket::Accept(RequestId request) {
   const SocketLayer::Request taken = Layer_.TakeRequest(request);
   Handle_ = taken.Socket;
   SetPeer(taken.Peer);
-  RemoteHost_ = RemoteHostIP();
+  SetRemoteHost(taken.Peer.Address);
   SetState(SocketState::Connected);
   Layer_.Loop.SettleLater(*this);
 }
@@ -58,10 +58,10 @@ void TcpSocket::Connect() {
   Layer_.RequireOpen();
   SetState(SocketState::ResolvingHost);
   if (!NameWait_) NameWait_ = std::make_unique<NameWait>(Layer_.Loop, Layer_.Names);
-  if (Layer_.Names.Find(RemoteHost_)) {
+  if (RemoteAddress()) {
     OpenConnection();
   } else {
-    NameWait_->Start(RemoteHost_, 0, [this] { OpenConnection(); });
+    NameWait_->Start(RemoteHost(), 0, [this] { OpenConnection(); });
   }
 }
 
@@ -71,7 +71,7 @@ void TcpSocket::OpenConnection() {
     Break(refused.Number);
     return;
   }
-  const std::optional<Ipv4Address> address = Layer_.Names.Find(RemoteHost_);
+  const std::optional<Ipv4Address> address = RemoteAddress();
   if (!address) {
     Break(error_number::HostNotFound);
     return;

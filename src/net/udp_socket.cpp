@@ -101,11 +101,9 @@ std::string UdpSocket::GetText() {
 }
 
 Endpoint UdpSocket::Destination() {
-  // Most sends are answers to the peer at hand, whose address need not be read from its text.
-  if (Present_ != nullptr && RemoteHost_ == RemoteHostIP()) return Remote_;
-  const std::optional<Ipv4Address> address = Layer_.Names.Find(RemoteHost_);
+  const std::optional<Ipv4Address> address = RemoteAddress();
   if (!address) throw RuntimeError(error_number::HostNotFound);
-  return {*address, Remote_.Port};
+  return {*address, RemotePort_};
 }
 
 void UdpSocket::SendData(std::span<const std::uint8_t> bytes) {

@@ -13,12 +13,21 @@ void AppendOctet(std::string &text, unsigned octet) {
 }  // namespace
 
 std::string AddressText(Ipv4Address address) {
+  return AddressText(PeerAddress(address));
+}
+
+std::string AddressText(PeerAddress address) {
   std::string text;
+  AppendAddress(text, address);
+  return text;
+}
+
+void AppendAddress(std::string &text, PeerAddress address) {
+  if (!address) return;
   for (int shift = 24; shift >= 0; shift -= 8) {
-    AppendOctet(text, address >> shift & 0xFF);
+    AppendOctet(text, *address >> shift & 0xFF);
     if (shift > 0) text += '.';
   }
-  return text;
 }
 
 std::optional<Ipv4Address> ParseAddress(std::string_view text) {

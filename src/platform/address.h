@@ -19,8 +19,17 @@ struct Endpoint {
   friend bool operator==(const Endpoint &, const Endpoint &) = default;
 };
 
+/// The address of a peer, or nothing while there has been none.
+using PeerAddress = std::optional<Ipv4Address>;
+
 /// "127.0.0.1". At most 15 characters, so that the text never allocates.
 std::string AddressText(Ipv4Address address);
+
+/// The text of a peer's address; empty for none.
+std::string AddressText(PeerAddress address);
+
+/// Adds AddressText of ADDRESS to the end of TEXT.
+void AppendAddress(std::string &text, PeerAddress address);
 
 /// The address of a text of four decimal numbers from 0 to 255 with full stops between
 /// them; nothing for any other text.

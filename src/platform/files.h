@@ -14,6 +14,9 @@ namespace cvl {
 /// What to do about a file that isn't there.
 enum class IfMissing { Fail, Create };
 
+/// A file of the operating system that is open for appending.
+enum class FileHandle : std::intptr_t { None = -1 };
+
 /// A file that stays open for writing. Destroying it closes it.
 class OutputFile {
  public:
@@ -49,11 +52,23 @@ class Files {
   /// when the directory is missing, 70 when the file can't be written.
   virtual std::unique_ptr<OutputFile> OpenForBinary(const std::string &path) = 0;
 
-  /// Opens a file, writes BYTES to its end and closes it: three system calls. Where there is
-  /// no room for all of them none is left. Returns 0, or the number of the failure; 53 when
-  /// the file or its directory is missing.
-  [[nodiscard]] virtual int Append(const std::string &path, std::string_view bytes,
-                                   IfMissing if_missing) = 0;
+  /// A file that takes bytes at its end, or why there is none.
+  struct Opened {
+    int Error = 0;
+    FileHandle File = FileHandle::None;
+  };
+
+  /// Opens a file for AppendTo; close it with Close. The error is FileNotFound (53) when the
+  /// file or its directory is missing. A symbolic link isn't followed, and nothing is waited
+  /// for.
+  [[nodiscard]] virtual Opened OpenForAppend(const std::string &path, IfMissing if_missing) = 0;
+
+  /// Writes BYTES to the end of FILE with one system call. Where there is no room for all of
+  /// them none is left. Returns 0, or the number of the failure: PathFileAccess (75) for what
+  /// isn't a regular file.
+  [[nodiscard]] virtual int AppendTo(FileHandle file, std::string_view bytes) = 0;
+
+  virtual void Close(FileHandle file) = 0;
 
   /// Makes a directory. Returns 0, or the number of the failure.
   [[nodiscard]] virtual int MakeDirectory(const std::string &path) = 0;

@@ -92,10 +92,12 @@ ClientProtocol::ClientProtocol(const ServiceContext &context) : Context_(context
 }
 
 void ClientProtocol::OnTcpRequest(RequestId request) {
+  SlotArray &slots = Context_.Sockets.TCP3777;
+  const std::int16_t slot = Context_.TakeConnection(
+      slots, panel::Client, Context_.State.Requests.ReqTCP3777,
+      [this] { return Context_.Sockets.InitTCP3777(); }, request);
   // Nothing is answered yet: the client has 24 bytes to send first.
-  static_cast<void>(Context_.TakeConnection(
-      Context_.Sockets.TCP3777, panel::Client, Context_.State.Requests.ReqTCP3777,
-      [this] { return Context_.Sockets.InitTCP3777(); }, request));
+  if (slot != 0) Context_.ShowClientNow(panel::Client, slots[slot].Peer());
 }
 
 void ClientProtocol::OnTcpArrival(std::int16_t index, std::int32_t bytes_total) {
@@ -115,7 +117,7 @@ void ClientProtocol::OnTcpArrival(std::int16_t index, std::int32_t bytes_total) 
   if (!is_request) return;
   mode.Step([&] { slot.SendData(TcpClientReply(request, stamp)); });
   if (Context_.State.Flags.EnableLogging) {
-    Log(Joined({"CVLSC", CodeOf(request)}), slot.RemoteHostIP(), slots[0], "TCP", bytes_total);
+    Log(Joined({"CVLSC", CodeOf(request)}), slot.Peer(), slots[0], "TCP", bytes_total);
   }
   Context_.Lamp.DataOut();
   mode.Step([&] { Context_.Texts.StatusUp(); });
@@ -132,10 +134,10 @@ void ClientProtocol::OnUdpArrival(std::int32_t bytes_total) {
   Context_.Lamp.DataIn();
   Context_.Lamp.UDPIn();
   if (!is_read || bytes_total != MessageBytes) return;
-  const std::string &client = socket.RemoteHostIP();
-  mode.Step([&] { Context_.ShowClient(panel::Client, client); });
+  const PeerAddress client = socket.Peer();
   std::optional<NtpTimestamp> stamp;
   mode.Step([&] { stamp = Context_.Time.GrabCVLST(); });
+  Context_.ShowClient(panel::Client, client);
   if (!IsClientRequest(message)) return;
   const std::string code(CodeOf(message));
   MakeUdpClientReply(message, stamp);
@@ -148,7 +150,7 @@ void ClientProtocol::OnUdpArrival(std::int32_t bytes_total) {
   mode.Step([&] { Context_.Texts.StatusUp(); });
 }
 
-void ClientProtocol::Log(std::string_view bytes_d, std::string_view client, const Socket &local,
+void ClientProtocol::Log(std::string_view bytes_d, PeerAddress client, const Socket &local,
                          std::string_view transport, std::int32_t bytes_total) {
   Context_.Log.CVLWLOG(bytes_d, client, local.LocalPort(), MessageBytes, "CVL Server Client",
                        transport, bytes_total);

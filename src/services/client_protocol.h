@@ -49,7 +49,7 @@ class ClientProtocol {
   void OnTcpRequest(RequestId request);
   void OnTcpArrival(std::int16_t index, std::int32_t bytes_total);
   void OnUdpArrival(std::int32_t bytes_total);
-  void Log(std::string_view bytes_d, std::string_view client, const Socket &local,
+  void Log(std::string_view bytes_d, PeerAddress client, const Socket &local,
            std::string_view transport, std::int32_t bytes_total);
 
   ServiceContext Context_;

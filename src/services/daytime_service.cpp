@@ -26,15 +26,16 @@ void DaytimeService::SendDS_TCP(std::int16_t index) {
   TcpSocket &slot = slots[index];
   Context_.Lamp.DataOut();
   const std::string text = AnswerText();
+  Context_.ShowClient(panel::Daytime, slot.Peer());
   ContinueOnFailure mode;
   if (!mode.Step([&] { slot.SendText(text); })) slot.Close();
   if (Context_.State.Flags.EnableLogging) {
-    Context_.Log.CVLWLOG("DayTime Request", slot.RemoteHostIP(), slots[0].LocalPort(),
+    Context_.Log.CVLWLOG("DayTime Request", slot.Peer(), slots[0].LocalPort(),
                          static_cast<std::int32_t>(text.size()), "DayTime", "TCP", 0);
   }
   Context_.Loop.RunOnePass();
   slot.Close();
-  mode.Step([&] { Context_.ShowClient(panel::Daytime, slot.RemoteHostIP()); });
+  mode.Step([&] { Context_.ShowClient(panel::Daytime, slot.Peer()); });
   mode.Step([&] { Context_.Texts.StatusUp(); });
 }
 
@@ -48,15 +49,16 @@ void DaytimeService::OnUdpArrival() {
   std::string received;
   if (!mode.Step([&] { received = socket.GetText(); })) return;
   Context_.Lamp.DataIn();
-  socket.SetRemoteHost(socket.RemoteHostIP());
-  mode.Step([&] { Context_.ShowClient(panel::Daytime, socket.RemoteHostIP()); });
+  const PeerAddress client = socket.Peer();
+  socket.SetRemoteHost(client);
   std::string text;
   mode.Step([&] { text = AnswerText(); });
+  Context_.ShowClient(panel::Daytime, client);
   if (!state.Flags.TimeSynced) return;
   if (!mode.Step([&] { socket.SendText(text); })) return;
   Context_.Lamp.DataOut();
   if (state.Flags.EnableLogging) {
-    Context_.Log.CVLWLOG(received, socket.RemoteHostIP(), socket.LocalPort(),
+    Context_.Log.CVLWLOG(received, client, socket.LocalPort(),
                          static_cast<std::int32_t>(text.size()), "DayTime", "UDP", 0);
   }
   mode.Step([&] { Context_.Texts.StatusUp(); });

@@ -5,7 +5,6 @@
 
 #include "base/failure_modes.h"
 #include "base/numbers.h"
-#include "base/text.h"
 
 namespace cvl {
 
@@ -68,7 +67,7 @@ void NtpService::OnUdpArrival(std::int32_t bytes_total) {
     if (state.Sync.SyncWaiting && bytes_total == 1) {
       Exchange_.TakeRefusal();
     } else if (state.Flags.EnableLogging) {
-      LogRefused(socket.RemoteHostIP(), socket, "UDP", bytes_total, mode.Number());
+      LogRefused(socket.Peer(), socket, "UDP", bytes_total);
     }
     return;
   }
@@ -76,12 +75,12 @@ void NtpService::OnUdpArrival(std::int32_t bytes_total) {
     Exchange_.TakeReply(request);
     return;
   }
-  // The box shows the last peer of the Daytime socket, by a slip that operators know.
-  mode.Step([&] { Context_.ShowClient(panel::Ntp, Context_.Sockets.UDP13.RemoteHostIP()); });
   Context_.Lamp.DataIn();
   std::optional<NtpTimestamp> tor_ntp;
   mode.Step([&] { tor_ntp = Context_.Time.GrabTime(); });
-  const std::string &client = socket.RemoteHostIP();
+  // Intentional: the box shows the last peer of the Daytime socket.
+  Context_.ShowClient(panel::Ntp, Context_.Sockets.UDP13.Peer());
+  const PeerAddress client = socket.Peer();
   if (state.Flags.EnableLogging) LogGood(client, socket, "UDP");
   mode.Step([&] { GrabTCP123(request, tor_ntp, 0, client); });
 }
@@ -92,7 +91,7 @@ void NtpService::OnTcpRequest(RequestId request) {
   const std::int16_t slot = AcceptOn(
       slots, [this] { return Context_.Sockets.InitTCP123(); }, request);
   if (slot == 0) return;
-  Context_.ShowClient(panel::Ntp, slots[slot].RemoteHostIP());
+  Context_.ShowClientNow(panel::Ntp, slots[slot].Peer());
   Context_.Lamp.DataIn();
   Context_.Lamp.TCPIn();
 }
@@ -107,7 +106,7 @@ void NtpService::OnTcpArrival(std::int16_t index, std::int32_t bytes_total) {
   mode.Step([&] { socket.GetData(Room(request, bytes_total)); });
   if (mode.Number() != 0 || bytes_total != static_cast<std::int32_t>(NtpLength)) {
     if (state.Flags.EnableLogging) {
-      LogRefused(socket.RemoteHostIP(), slots[0], "TCP", bytes_total, mode.Number());
+      LogRefused(socket.Peer(), slots[0], "TCP", bytes_total);
     }
     socket.Close();
     return;
@@ -115,12 +114,12 @@ void NtpService::OnTcpArrival(std::int16_t index, std::int32_t bytes_total) {
   Context_.Lamp.DataIn();
   std::optional<NtpTimestamp> tor_ntp;
   mode.Step([&] { tor_ntp = Context_.Time.GrabTime(); });
-  if (state.Flags.EnableLogging) LogGood(socket.RemoteHostIP(), slots[0], "TCP");
-  mode.Step([&] { GrabTCP123(request, tor_ntp, index, socket.RemoteHostIP()); });
+  if (state.Flags.EnableLogging) LogGood(socket.Peer(), slots[0], "TCP");
+  mode.Step([&] { GrabTCP123(request, tor_ntp, index, socket.Peer()); });
 }
 
 void NtpService::GrabTCP123(const NtpPacket &data_struc, const std::optional<NtpTimestamp> &tor_ntp,
-                            std::int16_t index, std::string_view mode_ip) {
+                            std::int16_t index, PeerAddress mode_ip) {
   const SyncState &sync = Context_.State.Sync;
   NtpPacket reply{};
   reply[0] = ToByte(sync.ReplyHeaderByte);
@@ -153,21 +152,21 @@ void NtpService::GrabTCP123(const NtpPacket &data_struc, const std::optional<Ntp
   } else {
     if (!Context_.State.Flags.TimeSynced) return;
     UdpSocket &socket = Context_.Sockets.UDP123;
-    socket.SetRemoteHost(Trim(mode_ip));
+    socket.SetRemoteHost(mode_ip);
     mode.Step([&] { socket.SendAnswer(reply); });
     return;  // the status follows when the answer has left
   }
   mode.Step([&] { Context_.Texts.StatusUp(); });
 }
 
-void NtpService::LogGood(std::string_view client, const Socket &local, std::string_view transport) {
+void NtpService::LogGood(PeerAddress client, const Socket &local, std::string_view transport) {
   Context_.Log.CVLWLOG("48 Bytes NTP...", client, local.LocalPort(), 48, "NTPv4", transport, 0);
 }
 
-void NtpService::LogRefused(std::string_view client, const Socket &local,
-                            std::string_view transport, std::int32_t bytes_total, int error) {
-  Context_.Log.CVLWLOG(std::to_string(bytes_total) + " Bytes NTP ERROR: " + std::to_string(error),
-                       client, local.LocalPort(), 0, "NTPv4", transport, bytes_total);
+void NtpService::LogRefused(PeerAddress client, const Socket &local, std::string_view transport,
+                            std::int32_t bytes_total) {
+  // An NTP line takes the size from bytes_total, so the label is never read.
+  Context_.Log.CVLWLOG({}, client, local.LocalPort(), 0, "NTPv4", transport, bytes_total);
 }
 
 }  // namespace cvl

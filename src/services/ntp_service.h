@@ -24,18 +24,18 @@ class NtpService {
   /// couldn't be told; INDEX the client's slot of TCP123, or 0 for UDP; MODE_IP the client's
   /// address.
   ///
-  /// Failures: neither trap nor continue until the reply stands, continue behind that. So
-  /// in millisecond 999, which has no timestamp, there is no reply.
+  /// Errors propagate until the reply is built; after that they are ignored. So in
+  /// millisecond 999, which has no timestamp, there is no reply.
   void GrabTCP123(const NtpPacket &data_struc, const std::optional<NtpTimestamp> &tor_ntp,
-                  std::int16_t index, std::string_view mode_ip);
+                  std::int16_t index, PeerAddress mode_ip);
 
  private:
   void OnUdpArrival(std::int32_t bytes_total);
   void OnTcpRequest(RequestId request);
   void OnTcpArrival(std::int16_t index, std::int32_t bytes_total);
-  void LogGood(std::string_view client, const Socket &local, std::string_view transport);
-  void LogRefused(std::string_view client, const Socket &local, std::string_view transport,
-                  std::int32_t bytes_total, int error);
+  void LogGood(PeerAddress client, const Socket &local, std::string_view transport);
+  void LogRefused(PeerAddress client, const Socket &local, std::string_view transport,
+                  std::int32_t bytes_total);
 
   ServiceContext Context_;
   SyncExchange &Exchange_;

@@ -29,10 +29,9 @@ void TimeService::SendNTP_TCP(std::int16_t index) {
   TcpSocket &slot = Context_.Sockets.TCP37[index];
   const Failure failure = Trap([&] {
     const double seconds = Context_.Time.SecondsSince(Context_.State.Dates.NTPEpoch);
-    // The line stands in the log before anything is sent, and also when nothing will be.
-    if (Context_.State.Flags.EnableLogging) {
-      Log(slot.RemoteHostIP(), Context_.Sockets.TCP37[0], "TCP");
-    }
+    Context_.ShowClient(panel::Time, slot.Peer());
+    // The line is written before anything is sent, and also when nothing will be.
+    if (Context_.State.Flags.EnableLogging) Log(slot.Peer(), Context_.Sockets.TCP37[0], "TCP");
     for (const std::uint8_t &byte : EncodeSeconds(seconds)) {
       Context_.Lamp.DataOut();
       slot.SendData(std::span(&byte, 1));
@@ -56,11 +55,11 @@ void TimeService::OnUdpArrival() {
   if (!mode.Step([&] { socket.GetText(); })) return;
   Context_.Lamp.DataIn();
   mode.Step([&] { state.Requests.ReqUDP37 = AddLong(state.Requests.ReqUDP37, 1); });
-  mode.Step([&] { SendNTP_UDP(socket.RemoteHostIP()); });
+  mode.Step([&] { SendNTP_UDP(socket.Peer()); });
   mode.Step([&] { Context_.Texts.StatusUp(); });
 }
 
-void TimeService::SendNTP_UDP(const std::string &m_host_ip) {
+void TimeService::SendNTP_UDP(PeerAddress m_host_ip) {
   if (!Context_.State.Flags.TimeSynced) return;
   UdpSocket &socket = Context_.Sockets.UDP37;
   for (const std::uint8_t &byte : Context_.Time.GrabTimeValue()) {
@@ -73,7 +72,7 @@ void TimeService::SendNTP_UDP(const std::string &m_host_ip) {
   if (Context_.State.Flags.EnableLogging) Log(m_host_ip, socket, "UDP");
 }
 
-void TimeService::Log(std::string_view client, const Socket &local, std::string_view transport) {
+void TimeService::Log(PeerAddress client, const Socket &local, std::string_view transport) {
   Context_.Log.CVLWLOG("Time 4 Bytes", client, local.LocalPort(), 4, "Time", transport, 0);
 }
 

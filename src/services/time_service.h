@@ -28,12 +28,12 @@ class TimeService {
 
   /// Answers a datagram from M_HOST_IP, once the first sync has been. A failed send ends
   /// it; the bytes before that are out. Failures: neither trap nor continue.
-  void SendNTP_UDP(const std::string &m_host_ip);
+  void SendNTP_UDP(PeerAddress m_host_ip);
 
  private:
   void OnTcpRequest(RequestId request);
   void OnUdpArrival();
-  void Log(std::string_view client, const Socket &local, std::string_view transport);
+  void Log(PeerAddress client, const Socket &local, std::string_view transport);
 
   ServiceContext Context_;
 };

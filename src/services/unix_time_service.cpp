@@ -35,11 +35,9 @@ void UnixTimeService::OnTcpRequest(RequestId request) {
   if (slot == 0) return;
   RequestCounters &requests = Context_.State.Requests;
   requests.ReqTCP519 = AddLong(requests.ReqTCP519, 1);
-  const std::string &client = slots[slot].RemoteHostIP();
-  Context_.ShowClient(panel::Unix, client);
   Context_.Lamp.DataIn();
   Context_.Lamp.TCPIn();
-  SendUnixTime(slot, client);
+  SendUnixTime(slot, slots[slot].Peer());
 }
 
 void UnixTimeService::OnUdpArrival() {
@@ -51,12 +49,12 @@ void UnixTimeService::OnUdpArrival() {
   ContinueOnFailure mode;
   if (!mode.Step([&] { socket.GetText(); })) return;
   Context_.Lamp.DataIn();
-  mode.Step([&] { Context_.ShowClient(panel::Unix, socket.RemoteHostIP()); });
-  mode.Step([&] { SendUnixTime(0, socket.RemoteHostIP()); });
+  mode.Step([&] { SendUnixTime(0, socket.Peer()); });
 }
 
-void UnixTimeService::SendUnixTime(std::int16_t index, const std::string &m_host_ip) {
+void UnixTimeService::SendUnixTime(std::int16_t index, PeerAddress m_host_ip) {
   const double seconds = Context_.Time.SecondsSince(Context_.State.Dates.UnixEpoch);
+  Context_.ShowClient(panel::Unix, m_host_ip);
   if (!Context_.State.Flags.TimeSynced) return;
   const bool is_tcp = index != 0;
   TcpSocket &socket = is_tcp ? Context_.Sockets.TCP519[index] : Context_.Sockets.UDP519;
@@ -77,7 +75,7 @@ void UnixTimeService::SendUnixTime(std::int16_t index, const std::string &m_host
   Context_.Lamp.DataOut();
 }
 
-void UnixTimeService::Log(std::string_view client, std::string_view transport) {
+void UnixTimeService::Log(PeerAddress client, std::string_view transport) {
   // The port is the listener's for UDP as well.
   Context_.Log.CVLWLOG("UnixTime REQ", client, Context_.Sockets.TCP519[0].LocalPort(), 4,
                        "UnixTime", transport, 0);

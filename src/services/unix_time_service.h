@@ -24,12 +24,12 @@ class UnixTimeService {
   ///
   /// Failures: neither trap nor continue for the reading of the clock, continue behind it.
   /// From 19 January 2038 on the seconds fit no more, and four zero bytes go out.
-  void SendUnixTime(std::int16_t index, const std::string &m_host_ip);
+  void SendUnixTime(std::int16_t index, PeerAddress m_host_ip);
 
  private:
   void OnTcpRequest(RequestId request);
   void OnUdpArrival();
-  void Log(std::string_view client, std::string_view transport);
+  void Log(PeerAddress client, std::string_view transport);
 
   ServiceContext Context_;
 };

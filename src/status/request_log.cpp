@@ -1,7 +1,11 @@
 #include "status/request_log.h"
 
+#include <array>
+#include <charconv>
+
 #include "base/date_patterns.h"
 #include "base/failure_modes.h"
+#include "base/text.h"
 
 namespace cvl {
 
@@ -12,6 +16,21 @@ constexpr const char *Fields =
     "cs-uri-query sc-status sc-win32-status sc-bytes cs-bytes time-taken s-port cs-version "
     "cs(User-Agent) cs(Cookie) cs(Referer)";
 
+/// A file that is open for appending until the end of a scope.
+class OpenFile {
+ public:
+  OpenFile(Files &files, FileHandle file) : Files_(files), File_(file) {}
+  ~OpenFile() { Files_.Close(File_); }
+  OpenFile(const OpenFile &) = delete;
+  OpenFile &operator=(const OpenFile &) = delete;
+
+  [[nodiscard]] int Append(std::string_view bytes) { return Files_.AppendTo(File_, bytes); }
+
+ private:
+  Files &Files_;
+  FileHandle File_;
+};
+
 std::int32_t RequestSize(std::string_view bytes_d, std::int32_t sent_b, std::string_view cvl_code,
                          std::int32_t i_byte_tot) {
   if (cvl_code == "NTPv4") {
@@ -21,87 +40,98 @@ std::int32_t RequestSize(std::string_view bytes_d, std::int32_t sent_b, std::str
   return i_byte_tot == 0 ? static_cast<std::int32_t>(bytes_d.size()) : i_byte_tot;
 }
 
+void AppendNumber(std::string &text, std::int32_t number) {
+  std::array<char, 12> digits;
+  const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
+  text.append(digits.data(), static_cast<std::size_t>(end - digits.data()));
+}
+
 }  // namespace
 
 RequestLog::RequestLog(const RunState &state, TimeEngine &time, Files &files)
     : State_(state), Time_(time), Files_(files), Directory_(files.InProgramDirectory("Logs")) {}
 
-void RequestLog::CVLWLOG(std::string_view bytes_d, std::string_view request_ip, std::int32_t req_p,
+void RequestLog::CVLWLOG(std::string_view bytes_d, PeerAddress request_ip, std::int32_t req_p,
                          std::int32_t sent_b, std::string_view cvl_code, std::string_view cvl_type,
                          std::int32_t i_byte_tot) {
   if (!State_.Flags.EnableLogging) return;
   ContinueOnFailure mode;
   mode.Step([&] {
-    const std::string path = FileName();
-    const auto line = [&] {
-      return Line(request_ip, req_p, sent_b, RequestSize(bytes_d, sent_b, cvl_code, i_byte_tot),
-                  cvl_code, cvl_type);
-    };
-    // The opening itself tells whether file and directory are there.
-    if (Files_.Append(path, line(), IfMissing::Fail) != error_number::FileNotFound) return;
-    // The header is of an earlier moment than the line behind it.
-    std::string first = Header();
-    first += line();
-    if (Files_.Append(path, first, IfMissing::Create) != error_number::FileNotFound) return;
-    if (Files_.MakeDirectory(Directory_) != 0) return;
-    if (Files_.Append(path, first, IfMissing::Create) != 0) return;
+    const std::string &path = FileName();
+    // Opening the file shows whether it and its directory exist. No text is made until
+    // there is a file to write it to.
+    Files::Opened opened = Files_.OpenForAppend(path, IfMissing::Fail);
+    const bool is_new = opened.Error == error_number::FileNotFound;
+    if (is_new) opened = CreateFile(path);
+    if (opened.Error != 0) return;
+    OpenFile file(Files_, opened.File);
+    Text_.clear();
+    if (is_new) AppendHeader(Text_);
+    ReadLineClock();
+    Text_ += Frame_.Front;
+    AppendAddress(Text_, request_ip);
+    Text_ += Frame_.Middle;
+    AppendNumber(Text_, sent_b);
+    Text_ += ' ';
+    AppendNumber(Text_, RequestSize(bytes_d, sent_b, cvl_code, i_byte_tot));
+    Text_ += " 0 ";
+    AppendNumber(Text_, req_p);
+    Text_ += ' ';
+    Text_ += cvl_code;
+    Text_ += ' ';
+    Text_ += cvl_type;
+    Text_ += " - \r\n";
+    if (file.Append(Text_) != 0) return;
   });
 }
 
-std::string RequestLog::FileName() {
-  const int day = PartsOf(Time_.Now()).Day;
-  const int month = PartsOf(Time_.Now()).Month;
-  const int year = PartsOf(Time_.Now()).Year;
-  std::string path = Directory_;
-  path += Files_.Separator();
-  path += "CVLS";
-  AppendTwoDigits(path, day);
-  AppendTwoDigits(path, month);
-  AppendTwoDigits(path, year % 100);
-  path += ".LOG";
-  return path;
+const std::string &RequestLog::FileName() {
+  const DateTime day = Time_.Now();
+  const DateTime month = Time_.Now();
+  const DateTime year = Time_.Now();
+  if (!File_.Path.empty() && day == File_.Day && month == File_.Month && year == File_.Year) {
+    return File_.Path;
+  }
+  std::string name = "CVLS";
+  AppendTwoDigits(name, PartsOf(day).Day);
+  AppendTwoDigits(name, PartsOf(month).Month);
+  AppendTwoDigits(name, PartsOf(year).Year % 100);
+  File_ = {day, month, year, Directory_ + Files_.Separator() + name + ".LOG"};
+  return File_.Path;
 }
 
-std::string RequestLog::Line(std::string_view request_ip, std::int32_t req_p, std::int32_t sent_b,
-                             std::int32_t request_size, std::string_view cvl_code,
-                             std::string_view cvl_type) {
-  const CivilTime date = PartsOf(Time_.Now());
-  const CivilTime time = PartsOf(Time_.Now());
-  std::string line;
-  line.reserve(192);
-  AppendFourDigits(line, date.Year);
-  line += '-';
-  AppendTwoDigits(line, date.Month);
-  line += '-';
-  AppendTwoDigits(line, date.Day);
-  line += ' ';
-  AppendTime(line, time);
-  line += ' ';
-  line += request_ip;
-  line += " - CVLS5 ";
-  line += State_.Start.LocalHostName;
-  line += ' ';
-  line += State_.Start.OSUserName;
-  line += ' ';
-  line += State_.Start.LocalIP;
-  line += " GET TIME - 0 0 ";
-  line += std::to_string(sent_b);
-  line += ' ';
-  line += std::to_string(request_size);
-  line += " 0 ";
-  line += std::to_string(req_p);
-  line += ' ';
-  line += cvl_code;
-  line += ' ';
-  line += cvl_type;
-  line += " - \r\n";
-  return line;
+Files::Opened RequestLog::CreateFile(const std::string &path) {
+  const Files::Opened opened = Files_.OpenForAppend(path, IfMissing::Create);
+  if (opened.Error != error_number::FileNotFound) return opened;
+  if (const int error = Files_.MakeDirectory(Directory_); error != 0) return {error, {}};
+  return Files_.OpenForAppend(path, IfMissing::Create);
 }
 
-std::string RequestLog::Header() {
-  return "#Software Service: Chronvale(SM) Server\r\n#Version: " + State_.Start.ProgramVersion +
-         "\r\n#UPDate: " + State_.Start.StartTimeText + "\r\n#Date: " + GeneralText(Time_.Now()) +
-         "\r\n" + Fields + "\r\n";
+void RequestLog::ReadLineClock() {
+  const DateTime date = Time_.Now();
+  const DateTime time = Time_.Now();
+  if (!Frame_.Front.empty() && date == Frame_.Date && time == Frame_.Time) return;
+  const CivilTime parts = PartsOf(date);
+  std::string front;
+  AppendFourDigits(front, parts.Year);
+  front += '-';
+  AppendTwoDigits(front, parts.Month);
+  front += '-';
+  AppendTwoDigits(front, parts.Day);
+  front += ' ';
+  AppendTime(front, PartsOf(time));
+  front += ' ';
+  const StartTexts &start = State_.Start;
+  Frame_ = {date, time, std::move(front),
+            Joined({" - CVLS5 ", start.LocalHostName, " ", start.OSUserName, " ", start.LocalIP,
+                    " GET TIME - 0 0 "})};
+}
+
+void RequestLog::AppendHeader(std::string &text) {
+  const StartTexts &start = State_.Start;
+  text += Joined({"#Software Service: Chronvale(SM) Server\r\n#Version: ", start.ProgramVersion,
+                  "\r\n#UPDate: ", start.StartTimeText, "\r\n#Date: ", GeneralText(Time_.Now()),
+                  "\r\n", Fields, "\r\n"});
 }
 
 }  // namespace cvl

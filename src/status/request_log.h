@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/address.h"
 #include "platform/files.h"
 #include "state/run_state.h"
 #include "time/time_engine.h"
@@ -24,21 +25,42 @@ class RequestLog {
   /// answer; CVLCode the service's word; CVLType "TCP" or "UDP"; iByteTot the size of the
   /// request where the service knows it, else 0.
   ///
-  /// Failures: continue. None reaches the caller; the next call tries anew.
-  void CVLWLOG(std::string_view bytes_d, std::string_view request_ip, std::int32_t req_p,
+  /// Errors are ignored; the next call tries again.
+  void CVLWLOG(std::string_view bytes_d, PeerAddress request_ip, std::int32_t req_p,
                std::int32_t sent_b, std::string_view cvl_code, std::string_view cvl_type,
                std::int32_t i_byte_tot);
 
  private:
-  std::string FileName();
-  std::string Line(std::string_view request_ip, std::int32_t req_p, std::int32_t sent_b,
-                   std::int32_t request_size, std::string_view cvl_code, std::string_view cvl_type);
-  std::string Header();
+  const std::string &FileName();
+  Files::Opened CreateFile(const std::string &path);
+  void ReadLineClock();
+  void AppendHeader(std::string &text);
 
   const RunState &State_;
   TimeEngine &Time_;
   Files &Files_;
   std::string Directory_;
+
+  // The file of a day, and the three readings that it was named from.
+  struct DayFile {
+    DateTime Day;
+    DateTime Month;
+    DateTime Year;
+    std::string Path;
+  };
+  DayFile File_;
+
+  // What all lines of a second have in common: what precedes the client's address, and what
+  // lies between it and the bytes sent.
+  struct LineFrame {
+    DateTime Date;
+    DateTime Time;
+    std::string Front;
+    std::string Middle;
+  };
+  LineFrame Frame_;
+
+  std::string Text_;  // keeps its memory from line to line
 };
 
 }  // namespace cvl

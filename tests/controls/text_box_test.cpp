@@ -68,6 +68,31 @@ TEST(TextBox, HasNoLimitWhenItsLimitIsZero) {
   EXPECT_EQ(counted.Box.Text(), text);
 }
 
+TEST(TextBox, ShowsAnAddressAsItsText) {
+  CountedBox counted("None");
+  counted.Box.SetAddress(0x0A000007);
+  EXPECT_EQ(counted.Box.Text(), "10.0.0.7");
+  counted.Box.SetAddress(0x0A000007);
+  EXPECT_EQ(counted.Changes, 1);
+  counted.Box.SetAddress(0x0A000008);
+  counted.Box.SetAddress(std::nullopt);
+  EXPECT_EQ(counted.Box.Text(), "");
+  EXPECT_EQ(counted.Changes, 3);
+}
+
+TEST(TextBox, ComparesAnAddressWithAText) {
+  CountedBox counted("10.0.0.7");
+  counted.Box.SetAddress(0x0A000007);
+  EXPECT_EQ(counted.Changes, 0);
+  counted.Box.SetText("10.0.0.7");
+  EXPECT_EQ(counted.Changes, 0);
+  counted.Box.SetText("10054");
+  EXPECT_EQ(counted.Changes, 1);
+  counted.Box.SetAddress(0x0A000007);
+  EXPECT_EQ(counted.Changes, 2);
+  EXPECT_EQ(counted.Box.Text(), "10.0.0.7");
+}
+
 TEST(TextBox, TakesAPartOfItsOwnText) {
   CountedBox counted("12345");
   counted.Box.SetText(std::string_view(counted.Box.Text()).substr(1, 3));

@@ -1,12 +1,14 @@
-// One NTP request over UDP, from the datagram to the reply, takes no memory from the heap.
+// One NTP request over UDP, from the datagram to the reply, takes no memory from the heap, with
+// or without its line in the log.
 
 #include <cstdlib>
+#include <filesystem>
 #include <new>
 
+#include "platform/linux/linux_files.h"
 #include "services/ntp_service.h"
 #include "tests/net/live_test.h"
 #include "tests/support/fake_clock.h"
-#include "tests/support/fake_files.h"
 #include "tests/support/fake_shell.h"
 #include "time/base_dates.h"
 
@@ -34,9 +36,29 @@ void operator delete(void *memory, std::size_t) noexcept {
 namespace cvl {
 namespace {
 
+/// A new program directory, for as long as this exists.
+class ProgramDirectory {
+ public:
+  ProgramDirectory() {
+    std::string path = testing::TempDir() + "cvl-allocation-XXXXXX";
+    Path_ = mkdtemp(path.data());
+    setenv("CHRONVALE_HOME", Path_.c_str(), 1);
+  }
+  ~ProgramDirectory() {
+    unsetenv("CHRONVALE_HOME");
+    std::filesystem::remove_all(Path_);
+  }
+  ProgramDirectory(const ProgramDirectory &) = delete;
+  ProgramDirectory &operator=(const ProgramDirectory &) = delete;
+
+ private:
+  std::string Path_;
+};
+
 class NtpAllocation : public LiveTest {
  protected:
   NtpAllocation() {
+    State.Start = {"5.1.1", "10/3/2002 9:00:00 AM", "TIMEHOST", "192.0.2.1", "SYSTEM"};
     SetBaseDates(State.Dates);
     State.Flags.TimeSynced = true;
     State.Sync.ReplyHeaderByte = 36;
@@ -68,8 +90,9 @@ class NtpAllocation : public LiveTest {
     return counted;
   }
 
+  ProgramDirectory Home;
   FakeClock Clock;
-  FakeFiles Files;
+  LinuxFiles Files;
   FakeShell Tray;
   RunState State;
   MainWindow Window;
@@ -102,6 +125,19 @@ TEST_F(NtpAllocation, IsNotNeededForARequest) {
   clients.emplace_back(0x7FFFFFFE);  // 127.255.255.254, the longest text of an address
   CountAnswering(clients);           // buffers and boxes have been made from here on
   EXPECT_EQ(CountAnswering(clients), 0);
+}
+
+TEST_F(NtpAllocation, IsNotNeededForALineOfTheLog) {
+  State.Flags.EnableLogging = true;
+  std::vector<UdpPeer> clients;
+  clients.emplace_back(0x7FFFFFFE);
+  clients.emplace_back(Loopback);
+  CountAnswering(clients);
+  EXPECT_EQ(CountAnswering(clients), 0);
+  const std::string path = Files.InProgramDirectory("Logs/CVLS031002.LOG");
+  const std::optional<std::int64_t> length = Files.Length(path);
+  EXPECT_EQ(CountAnswering(clients), 0);
+  EXPECT_GT(Files.Length(path), length) << "lines were written";
 }
 
 TEST_F(NtpAllocation, IsNotNeededForManyClientsInOneBatchAtChangingMoments) {

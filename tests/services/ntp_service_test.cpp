@@ -95,11 +95,6 @@ TEST_F(NtpOverUdp, StampsTheArrivalAndTheSending) {
   const std::int64_t noon = Clock.UtcMs;
   // Seconds and milliseconds of the one, then of the other.
   Clock.Script = {noon, noon, noon + 1000, noon + 1250};
-  Sockets.UDP123.OnDataArrival = [this, inner = Sockets.UDP123.OnDataArrival](std::int32_t bytes) {
-    // The client's box reads the clock before the first stamp.
-    Clock.Script.push_front(Clock.UtcMs);
-    inner(bytes);
-  };
   const Bytes reply = Reply(Bytes(48));
   EXPECT_EQ(Field(reply, Receive), NoonStamp);
   EXPECT_EQ(Field(reply, Transmit), (Bytes{0xC1, 0x46, 0xAF, 0xC1, 0x80, 0x0A, 0x0A, 0x0A}));
@@ -116,6 +111,19 @@ TEST_F(NtpOverUdp, ShowsTheLastPeerOfDaytime) {
   Loop.Drain();
   Reply(Bytes(48));
   EXPECT_EQ(Window.CVLRemHost[panel::Ntp].Text(), "10.0.0.8");
+  EXPECT_EQ(Window.CVLRemHost[panel::Ntp].Tip.Text(), NoonTip);
+}
+
+TEST_F(NtpOverUdp, ShowsTheMomentOfTheArrivalsFirstReading) {
+  const std::int64_t noon = Clock.UtcMs;
+  Clock.Script = {noon, noon + 1000, noon + 2000, noon + 3000};
+  Reply(Bytes(48));
+  EXPECT_EQ(Window.CVLRemHost[panel::Ntp].Tip.Text(), NoonTip);
+
+  // Also in millisecond 999, which has no timestamp.
+  Window.CVLRemHost[panel::Ntp].Tip.Set("");
+  Clock.Script = {noon, noon + 749, noon + 749, noon + 749};
+  EXPECT_EQ(Reply(Bytes(48)), Bytes());
   EXPECT_EQ(Window.CVLRemHost[panel::Ntp].Tip.Text(), NoonTip);
 }
 
@@ -206,7 +214,7 @@ TEST_F(NtpOverUdp, HasNoReplyInMillisecond999ButALogLine) {
 TEST_F(NtpOverUdp, HasNoReplyWhenMillisecond999FollowsTheArrival) {
   ShowWindow();
   const std::int64_t before = UtcMsOf(DateTime::Of(2002, 10, 3, 12, 0, 0), 998);
-  Clock.Script = {before, before, before, before, before + 1};
+  Clock.Script = {before, before, before, before + 1};
   EXPECT_EQ(Reply(Bytes(48)), Bytes());
   EXPECT_TRUE(Clock.Script.empty());
   EXPECT_FALSE(IsLit(Sent));
@@ -216,15 +224,15 @@ TEST_F(NtpOverUdp, SendsNothingWithoutAMomentOfArrival) {
   ShowWindow();
   const NtpPacket request{};
   ExpectRuntimeError(error_number::SubscriptOutOfRange,
-                     [&] { Ntp.GrabTCP123(request, std::nullopt, 0, "10.0.0.7"); });
+                     [&] { Ntp.GrabTCP123(request, std::nullopt, 0, 0x0A000007); });
   EXPECT_EQ(Net.Sent.size(), 0U);
   EXPECT_FALSE(IsLit(Sent));
 }
 
-TEST_F(NtpOverUdp, TrimsTheClientsAddress) {
+TEST_F(NtpOverUdp, RepliesToTheGivenAddressAndTheLastSendersPort) {
   Reply(Bytes(48));  // from Alice's port
   Net.Sent.clear();
-  Ntp.GrabTCP123(NtpPacket{}, NtpTimestamp{}, 0, "  10.0.0.9 ");
+  Ntp.GrabTCP123(NtpPacket{}, NtpTimestamp{}, 0, 0x0A000009);
   ASSERT_EQ(Net.Sent.size(), 1U);
   EXPECT_EQ(Net.Sent[0].To, At("10.0.0.9", Alice.Port));
 }

@@ -87,7 +87,7 @@ TEST_F(UnixTimeOverTcp, ClosesASlotByNoEventOfItsPeers) {
 TEST_F(UnixTimeOverTcp, SendsNothingBeforeTheFirstSync) {
   State.Flags.TimeSynced = false;
   const std::int16_t slot = Sockets.InitTCP519();
-  UnixTime.SendUnixTime(slot, "10.0.0.7");
+  UnixTime.SendUnixTime(slot, 0x0A000007);
   EXPECT_EQ(State.Requests.ReqTCP519, 0);
   EXPECT_EQ(Net.OpenCount(), 1U);
 }
@@ -171,7 +171,7 @@ TEST_F(WokenUnixTime, LeavesNoTraceOfAFailedSend) {
   ShowWindow();
   State.Flags.EnableLogging = true;
   Sockets.UDP519.Close();
-  UnixTime.SendUnixTime(0, "10.0.0.9");
+  UnixTime.SendUnixTime(0, 0x0A000009);
   EXPECT_EQ(Files.Appends, 0);
   EXPECT_FALSE(IsLit(Sent));
   EXPECT_FALSE(IsStatusUp());

@@ -10,6 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+constexpr Ipv4Address Client = 0xC0000207;  // 192.0.2.7
 constexpr const char *Today = "/program/Logs/CVLS141102.LOG";
 
 class RequestLogTest : public StatusTest {
@@ -20,7 +21,7 @@ class RequestLogTest : public StatusTest {
   }
 
   /// A Daytime request over TCP.
-  void LogDaytime() { Log.CVLWLOG("DayTime Request", "192.0.2.7", 13, 57, "DayTime", "TCP", 0); }
+  void LogDaytime() { Log.CVLWLOG("DayTime Request", Client, 13, 57, "DayTime", "TCP", 0); }
 
   /// The bytes of a line at 09:26:13 from 192.0.2.7, from the bytes sent on.
   static std::string Line(const std::string &rest) {
@@ -89,16 +90,16 @@ TEST_F(RequestLogTest, EachServicesArgumentsMakeItsLine) {
   };
   for (const Row &row : rows) {
     HaveAFile();
-    Log.CVLWLOG(row.BytesD, "192.0.2.7", row.Port, row.Sent, row.Code, row.Type, row.Total);
+    Log.CVLWLOG(row.BytesD, Client, row.Port, row.Sent, row.Code, row.Type, row.Total);
     EXPECT_EQ(Files.Contents[Today], Line(row.Rest)) << row.BytesD << row.Type;
   }
 }
 
 TEST_F(RequestLogTest, TheSizeOfAnNtpRequestDependsOnWhatWasSent) {
   HaveAFile();
-  Log.CVLWLOG("text", "192.0.2.7", 123, 48, "NTPv4", "UDP", 99);
-  Log.CVLWLOG("text", "192.0.2.7", 123, 0, "NTPv4", "UDP", 99);
-  Log.CVLWLOG("text", "192.0.2.7", 123, 7, "NTPv4", "UDP", 99);
+  Log.CVLWLOG("text", Client, 123, 48, "NTPv4", "UDP", 99);
+  Log.CVLWLOG("text", Client, 123, 0, "NTPv4", "UDP", 99);
+  Log.CVLWLOG("text", Client, 123, 7, "NTPv4", "UDP", 99);
   EXPECT_EQ(Files.Contents[Today], Line("48 48 0 123 NTPv4 UDP - ") +
                                        Line("0 99 0 123 NTPv4 UDP - ") +
                                        Line("7 0 0 123 NTPv4 UDP - "));
@@ -123,7 +124,7 @@ TEST_F(RequestLogTest, ALineHasTwentyValuesForTwentyNamesThatStandOneFurtherAlon
 
 TEST_F(RequestLogTest, TheRequestsTextNeverReachesTheLine) {
   HaveAFile();
-  Log.CVLWLOG(std::string_view("a\r\nb\0%s", 8), "192.0.2.7", 13, 51, "DayTime", "UDP", 0);
+  Log.CVLWLOG(std::string_view("a\r\nb\0%s", 8), Client, 13, 51, "DayTime", "UDP", 0);
   EXPECT_EQ(Files.Contents[Today], Line("51 8 0 13 DayTime UDP - "));
 }
 
@@ -234,10 +235,10 @@ TEST_F(RequestLogTest, ClockIsReadForEachPartOfNameAndLine) {
   EXPECT_EQ(Clock.NowReadings, 5);
 }
 
-TEST_F(RequestLogTest, TheHeaderIsOfAnEarlierMomentThanTheLineBehindIt) {
+TEST_F(RequestLogTest, TheHeaderIsOfAnEarlierMomentThanItsFirstLine) {
   const std::int64_t noon = UtcMsOf(DateTime::Of(2002, 11, 14, 12, 0, 0));
-  // Day, month and year of the name, and the line that finds no file; then header and line.
-  Clock.Script = {noon, noon, noon, noon, noon, noon + 1000, noon + 2000, noon + 2000};
+  // Day, month and year of the name; then header and line.
+  Clock.Script = {noon, noon, noon, noon + 1000, noon + 2000, noon + 2000};
   LogDaytime();
   const std::string &file = Files.Contents[Today];
   EXPECT_TRUE(file.starts_with(Header("11/14/2002 12:00:01 PM") + "2002-11-14 12:00:02 ")) << file;
@@ -249,22 +250,23 @@ TEST_F(RequestLogTest, ALineCostsOneOpeningForAppending) {
   HaveAFile();
   LogDaytime();
   LogDaytime();
-  EXPECT_THAT(Journal.Calls,
-              ElementsAre("append Logs/CVLS141102.LOG", "append Logs/CVLS141102.LOG"));
+  EXPECT_THAT(Journal.Calls, ElementsAre("append Logs/CVLS141102.LOG", "write", "close",
+                                         "append Logs/CVLS141102.LOG", "write", "close"));
 }
 
 TEST_F(RequestLogTest, TheFirstLineOfADayCreatesItsFile) {
   Files.Directories.insert("/program/Logs");
   LogDaytime();
-  EXPECT_THAT(Journal.Calls,
-              ElementsAre("append Logs/CVLS141102.LOG", "append or create Logs/CVLS141102.LOG"));
+  EXPECT_THAT(Journal.Calls, ElementsAre("append Logs/CVLS141102.LOG",
+                                         "append or create Logs/CVLS141102.LOG", "write", "close"));
 }
 
 TEST_F(RequestLogTest, TheFirstLineOfAllMakesTheDirectory) {
   LogDaytime();
-  EXPECT_THAT(Journal.Calls,
-              ElementsAre("append Logs/CVLS141102.LOG", "append or create Logs/CVLS141102.LOG",
-                          "make directory Logs", "append or create Logs/CVLS141102.LOG"));
+  EXPECT_THAT(
+      Journal.Calls,
+      ElementsAre("append Logs/CVLS141102.LOG", "append or create Logs/CVLS141102.LOG",
+                  "make directory Logs", "append or create Logs/CVLS141102.LOG", "write", "close"));
 }
 
 TEST_F(RequestLogTest, WhileItIsOffNoFileIsTouched) {
@@ -277,21 +279,35 @@ TEST_F(RequestLogTest, WhileItIsOffNoFileIsTouched) {
 
 // Failures.
 
-TEST_F(RequestLogTest, AFileThatCannotBeWrittenIsPassedOver) {
+TEST_F(RequestLogTest, AFileThatCannotBeOpenedCostsThatOneCall) {
   HaveAFile();
   Files.AppendError = error_number::PermissionDenied;
   EXPECT_NO_THROW(LogDaytime());
   EXPECT_THAT(Journal.Calls, ElementsAre("append Logs/CVLS141102.LOG"));
+  EXPECT_EQ(Clock.NowReadings, 3) << "no line is made";
 
   Files.AppendError = 0;
   LogDaytime();
   EXPECT_EQ(Files.Contents[Today], Line("57 15 0 13 DayTime TCP - "));
 }
 
-TEST_F(RequestLogTest, ADirectoryThatCannotBeMadeIsPassedOver) {
+TEST_F(RequestLogTest, AFileThatTakesNothingIsClosedAndTriedAgain) {
+  HaveAFile();
+  Files.AppendWriteError = error_number::DiskFull;
+  EXPECT_NO_THROW(LogDaytime());
+  EXPECT_TRUE(Files.Appended.empty());
+
+  Files.AppendWriteError = 0;
+  LogDaytime();
+  EXPECT_EQ(Files.Contents[Today], Line("57 15 0 13 DayTime TCP - "));
+  EXPECT_TRUE(Files.Appended.empty());
+}
+
+TEST_F(RequestLogTest, ADirectoryThatCannotBeMadeCostsNoLineAndNoHeader) {
   Files.DirectoryError = error_number::PathFileAccess;
   EXPECT_NO_THROW(LogDaytime());
   EXPECT_THAT(Files.Contents, IsEmpty());
+  EXPECT_EQ(Clock.NowReadings, 3);
 
   Files.DirectoryError = 0;
   LogDaytime();

@@ -31,6 +31,7 @@ class FakeFiles final : public Files {
   int BinaryError = 0;
   int WriteError = 0;
   int AppendError = 0;
+  int AppendWriteError = 0;
   int DirectoryError = 0;
 
   /// How often each was asked for, the failed ones included.
@@ -41,7 +42,10 @@ class FakeFiles final : public Files {
   /// How many files are open for writing now.
   int OpenOutputs = 0;
 
-  /// Called at the beginning of each Append.
+  /// The files that are open for appending, by handle.
+  std::map<std::intptr_t, std::string> Appended;
+
+  /// Called at the beginning of each OpenForAppend.
   std::function<void()> OnAppend;
 
   std::string InProgramDirectory(std::string_view name) const override {
@@ -74,18 +78,26 @@ class FakeFiles final : public Files {
     return std::make_unique<Output>(*this, path);
   }
 
-  [[nodiscard]] int Append(const std::string &path, std::string_view bytes,
-                           IfMissing if_missing) override {
+  [[nodiscard]] Opened OpenForAppend(const std::string &path, IfMissing if_missing) override {
     ++Appends;
     if (OnAppend) OnAppend();
-    if (AppendError != 0) return AppendError;
+    if (AppendError != 0) return {AppendError, FileHandle::None};
     const bool has_directory = IsDirectory(path.substr(0, path.rfind('/')));
     if (!has_directory || (if_missing == IfMissing::Fail && !Exists(path))) {
-      return error_number::FileNotFound;
+      return {error_number::FileNotFound, FileHandle::None};
     }
-    Contents[path] += bytes;
+    Contents.try_emplace(path);
+    Appended[++LastHandle_] = path;
+    return {0, FileHandle{LastHandle_}};
+  }
+
+  [[nodiscard]] int AppendTo(FileHandle file, std::string_view bytes) override {
+    if (AppendWriteError != 0) return AppendWriteError;
+    Contents[Appended.at(static_cast<std::intptr_t>(file))] += bytes;
     return 0;
   }
+
+  void Close(FileHandle file) override { Appended.erase(static_cast<std::intptr_t>(file)); }
 
   [[nodiscard]] int MakeDirectory(const std::string &path) override {
     ++DirectoriesMade;
@@ -119,6 +131,8 @@ class FakeFiles final : public Files {
     std::string Path_;
     std::size_t At_ = 0;
   };
+
+  std::intptr_t LastHandle_ = 0;
 
   bool IsDirectory(const std::string &path) const {
     return path == "/program" || Directories.contains(path);

@@ -36,10 +36,17 @@ class WatchedFiles final : public Files {
     Journal_.Add("open for binary " + Short(path));
     return Files_.OpenForBinary(path);
   }
-  [[nodiscard]] int Append(const std::string &path, std::string_view bytes,
-                           IfMissing if_missing) override {
+  [[nodiscard]] Opened OpenForAppend(const std::string &path, IfMissing if_missing) override {
     Journal_.Add((if_missing == IfMissing::Create ? "append or create " : "append ") + Short(path));
-    return Files_.Append(path, bytes, if_missing);
+    return Files_.OpenForAppend(path, if_missing);
+  }
+  [[nodiscard]] int AppendTo(FileHandle file, std::string_view bytes) override {
+    Journal_.Add("write");
+    return Files_.AppendTo(file, bytes);
+  }
+  void Close(FileHandle file) override {
+    Journal_.Add("close");
+    Files_.Close(file);
   }
   [[nodiscard]] int MakeDirectory(const std::string &path) override {
     Journal_.Add("make directory " + Short(path));

@@ -31,17 +31,6 @@ int Failed(const char *operation) {
   return FileErrorOf(error);
 }
 
-/// Writes BYTES to the end of FILE, all of them or none: half a line would stand before the
-/// next one.
-int WriteToEnd(int file, std::string_view bytes) {
-  const ssize_t written = write(file, bytes.data(), bytes.size());
-  if (written < 0) return Failed("write");
-  if (static_cast<std::size_t>(written) == bytes.size()) return 0;
-  const off_t end = lseek(file, 0, SEEK_CUR);
-  if (end < written || ftruncate(file, end - written) != 0) TraceFailure("ftruncate", errno);
-  return error_number::DiskFull;
-}
-
 class LinuxOutputFile final : public OutputFile {
  public:
   explicit LinuxOutputFile(int file) : File_(file) {}
@@ -99,15 +88,30 @@ std::unique_ptr<OutputFile> LinuxFiles::OpenForBinary(const std::string &path) {
   return std::make_unique<LinuxOutputFile>(file);
 }
 
-int LinuxFiles::Append(const std::string &path, std::string_view bytes, IfMissing if_missing) {
+Files::Opened LinuxFiles::OpenForAppend(const std::string &path, IfMissing if_missing) {
   const int create = if_missing == IfMissing::Create ? O_CREAT : 0;
-  // Without O_NONBLOCK a pipe of that name would hold the program up.
-  const int flags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | create;
-  const int file = open(path.c_str(), flags, 0644);
-  if (file < 0) return Failed("open");
-  const int error = WriteToEnd(file, bytes);
-  close(file);
-  return error;
+  // Without O_NONBLOCK a pipe of that name would block the program.
+  constexpr int Flags = O_WRONLY | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  const int file = open(path.c_str(), Flags | create, 0644);
+  if (file < 0) return {Failed("open"), FileHandle::None};
+  return {0, FileHandle{file}};
+}
+
+int LinuxFiles::AppendTo(FileHandle file, std::string_view bytes) {
+  const int descriptor = static_cast<int>(file);
+  // With O_APPEND the offset is ignored. pwrite, unlike write, refuses pipes, sockets and
+  // terminals, so no call is needed to find out what kind of file this is.
+  const ssize_t written = pwrite(descriptor, bytes.data(), bytes.size(), 0);
+  if (written < 0) return Failed("pwrite");
+  if (static_cast<std::size_t>(written) == bytes.size()) return 0;
+  // Half a line would run into the next one.
+  const off_t end = lseek(descriptor, 0, SEEK_END);
+  if (end < written || ftruncate(descriptor, end - written) != 0) TraceFailure("ftruncate", errno);
+  return error_number::DiskFull;
+}
+
+void LinuxFiles::Close(FileHandle file) {
+  if (close(static_cast<int>(file)) != 0) TraceFailure("close", errno);
 }
 
 int LinuxFiles::MakeDirectory(const std::string &path) {

@@ -16,8 +16,9 @@ class LinuxFiles final : public Files {
   std::optional<std::int64_t> Length(const std::string &path) const override;
   std::unique_ptr<std::istream> OpenForInput(const std::string &path) const override;
   std::unique_ptr<OutputFile> OpenForBinary(const std::string &path) override;
-  [[nodiscard]] int Append(const std::string &path, std::string_view bytes,
-                           IfMissing if_missing) override;
+  [[nodiscard]] Opened OpenForAppend(const std::string &path, IfMissing if_missing) override;
+  [[nodiscard]] int AppendTo(FileHandle file, std::string_view bytes) override;
+  void Close(FileHandle file) override;
   [[nodiscard]] int MakeDirectory(const std::string &path) override;
 
   const std::string &ProgramDirectory() const { return ProgramDirectory_; }
