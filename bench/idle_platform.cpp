@@ -24,6 +24,13 @@ int IdleNetwork::SendTo(SocketHandle, std::span<const std::uint8_t> bytes, Endpo
   return 0;
 }
 
+std::size_t IdleNetwork::SendAll(SocketHandle, std::span<const Outgoing> datagrams) {
+  SentCount += datagrams.size();
+  const std::span<const std::uint8_t> bytes = datagrams.back().Bytes;
+  if (bytes.size() == LastSent.size()) std::memcpy(LastSent.data(), bytes.data(), LastSent.size());
+  return datagrams.size();
+}
+
 std::unique_ptr<DatagramBatch> IdleNetwork::MakeDatagramBatch() {
   return std::make_unique<Batch>(*this);
 }

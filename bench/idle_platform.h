@@ -64,6 +64,7 @@ class IdleNetwork final : public Network {
   }
   [[nodiscard]] int SendTo(SocketHandle socket, std::span<const std::uint8_t> bytes, Endpoint to,
                            Ipv4Address from) override;
+  std::size_t SendAll(SocketHandle socket, std::span<const Outgoing> datagrams) override;
   void Release(SocketHandle) override {}
   void FinishSending(SocketHandle) override {}
   void Close(SocketHandle) override {}

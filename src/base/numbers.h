@@ -24,6 +24,12 @@ inline std::int64_t RoundWithin(double value, std::int64_t least, std::int64_t m
   return rounded;
 }
 
+/// A whole number as a byte. Fails with Overflow (6) outside 0 to 255.
+inline std::uint8_t ToByte(std::int32_t value) {
+  if (value < 0 || value > 255) throw RuntimeError(error_number::Overflow);
+  return static_cast<std::uint8_t>(value);
+}
+
 /// 0 to 255.
 inline std::uint8_t ToByte(double value) {
   return static_cast<std::uint8_t>(RoundWithin(value, 0, 255));

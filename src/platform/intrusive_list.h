@@ -57,9 +57,14 @@ class IntrusiveList {
 
   /// Moves all members of OTHER to the end of this list.
   void TakeAll(IntrusiveList &other) {
-    while (T *member = other.PopFront()) {
-      PushBack(*member);
-    }
+    if (other.IsEmpty()) return;
+    ListLink<Tag> *first = other.Head_.Next_;
+    ListLink<Tag> *last = other.Head_.Previous_;
+    other.Head_.Next_ = other.Head_.Previous_ = &other.Head_;
+    first->Previous_ = Head_.Previous_;
+    Head_.Previous_->Next_ = first;
+    last->Next_ = &Head_;
+    Head_.Previous_ = last;
   }
 
  private:

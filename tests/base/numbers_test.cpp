@@ -25,6 +25,7 @@ double Above(double value) {
 TEST(ToByte, KeepsEachWholeNumberThatFits) {
   for (int value = 0; value <= 255; ++value) {
     EXPECT_EQ(ToByte(value), value);
+    EXPECT_EQ(ToByte(static_cast<double>(value)), value);
   }
 }
 
@@ -49,11 +50,13 @@ TEST(ToByte, EndsWhereTheRoundedNumberLeavesItsRange) {
   EXPECT_EQ(ToByte(-0.0), 0);
   EXPECT_EQ(ToByte(-0.5), 0);  // the tie goes to 0, which is even
   ExpectRuntimeError(6, [] { return ToByte(Below(-0.5)); });
+  ExpectRuntimeError(6, [] { return ToByte(-1.0); });
   ExpectRuntimeError(6, [] { return ToByte(-1); });
 
   EXPECT_EQ(ToByte(Below(255.5)), 255);
   ExpectRuntimeError(6, [] { return ToByte(255.5); });  // the tie goes to 256
   ExpectRuntimeError(6, [] { return ToByte(255.744); });
+  ExpectRuntimeError(6, [] { return ToByte(256.0); });
   ExpectRuntimeError(6, [] { return ToByte(256); });
 }
 
