@@ -15,7 +15,7 @@ class CountingClock final : public Clock {
   int Readings = 0;
 
   DateTime Now() override { return ++Readings, Clock_.Now(); }
-  SystemTime GetLocalTime() override { return ++Readings, Clock_.GetLocalTime(); }
+  const SystemTime &GetLocalTime() override { return ++Readings, Clock_.GetLocalTime(); }
   const TimeZoneInformation &GetTimeZoneInformation() override {
     return ++Readings, Clock_.GetTimeZoneInformation();
   }

@@ -16,12 +16,12 @@ void Socket::SetRemoteHost(PeerAddress host) {
 }
 
 std::string Socket::RemoteHost() const {
-  if (const auto *address = std::get_if<Ipv4Address>(&RemoteHost_)) return AddressText(*address);
+  if (const Ipv4Address *number = RemoteNumber()) return AddressText(*number);
   return std::get<std::string>(RemoteHost_);
 }
 
 std::optional<Ipv4Address> Socket::RemoteAddress() const {
-  if (const auto *address = std::get_if<Ipv4Address>(&RemoteHost_)) return *address;
+  if (const Ipv4Address *number = RemoteNumber()) return *number;
   return Layer_.Names.Find(std::get<std::string>(RemoteHost_));
 }
 

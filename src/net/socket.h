@@ -71,6 +71,9 @@ class Socket {
     RemotePort_ = peer.Port;
   }
 
+  /// The remote host where it was set as a number, else null.
+  const Ipv4Address *RemoteNumber() const { return std::get_if<Ipv4Address>(&RemoteHost_); }
+
   /// The address of the remote host; nothing for a name without a fresh answer.
   std::optional<Ipv4Address> RemoteAddress() const;
 

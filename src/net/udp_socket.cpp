@@ -101,6 +101,7 @@ std::string UdpSocket::GetText() {
 }
 
 Endpoint UdpSocket::Destination() {
+  if (const Ipv4Address *number = RemoteNumber()) return {*number, RemotePort_};
   const std::optional<Ipv4Address> address = RemoteAddress();
   if (!address) throw RuntimeError(error_number::HostNotFound);
   return {*address, RemotePort_};

@@ -57,8 +57,9 @@ class Clock {
   /// span with it.
   virtual DateTime Now() = 0;
 
-  /// Local time with its milliseconds; a reading of its own.
-  virtual SystemTime GetLocalTime() = 0;
+  /// Local time with its milliseconds; a reading of its own. The record is valid until the
+  /// next call on this clock.
+  virtual const SystemTime &GetLocalTime() = 0;
 
   /// The zone in force now. The record is valid until the next call on this clock.
   virtual const TimeZoneInformation &GetTimeZoneInformation() = 0;

@@ -1,6 +1,8 @@
 #include "services/ntp_service.h"
 
 #include <algorithm>
+#include <cstring>
+#include <span>
 #include <string>
 
 #include "base/failure_modes.h"
@@ -21,11 +23,12 @@ constexpr std::array<std::uint8_t, 4> RootDispersion = {0x00, 0x00, 0x02, 0xA1};
 constexpr std::size_t Originate = 24;
 constexpr std::size_t Receive = 32;
 constexpr std::size_t Transmit = 40;
+constexpr std::size_t TimestampLength = 8;
 
-template <class Bytes>
-void Put(NtpPacket &packet, std::size_t offset, const Bytes &bytes) {
-  std::copy(std::begin(bytes), std::end(bytes),
-            packet.begin() + static_cast<std::ptrdiff_t>(offset));
+/// Copies a field of fixed SIZE into PACKET.
+template <std::size_t Size>
+void Put(NtpPacket &packet, std::size_t offset, std::span<const std::uint8_t, Size> field) {
+  std::memcpy(&packet[offset], field.data(), Size);
 }
 
 /// The part of PACKET that a message of BYTES_TOTAL fills.
@@ -126,19 +129,20 @@ void NtpService::GrabTCP123(const NtpPacket &data_struc, const std::optional<Ntp
   reply[1] = Stratum;
   reply[2] = Poll;
   reply[3] = Precision;
-  Put(reply, 4, RootDelay);
-  Put(reply, 8, RootDispersion);
+  Put(reply, 4, std::span(RootDelay));
+  Put(reply, 8, std::span(RootDispersion));
   for (std::size_t at = 0; at < sync.ReferenceOctets.size(); ++at) {
     reply[12 + at] = ToByte(sync.ReferenceOctets[at]);
   }
-  Put(reply, 16, sync.ReferenceStamp);
+  Put(reply, 16, std::span(sync.ReferenceStamp));
   // The request's own originate field comes back where the client filled it in; by the book
   // it would be the transmit field always.
   const std::size_t echoed = data_struc[Originate] == 0 ? Transmit : Originate;
-  Put(reply, Originate, std::span(data_struc).subspan(echoed, 8));
+  Put(reply, Originate, std::span(data_struc).subspan(echoed).first<TimestampLength>());
   if (!tor_ntp) throw RuntimeError(error_number::SubscriptOutOfRange);
-  Put(reply, Receive, *tor_ntp);
-  Put(reply, Transmit, Context_.Time.GrabTime());
+  Put(reply, Receive, std::span(*tor_ntp));
+  const NtpTimestamp transmit = Context_.Time.GrabTime();
+  Put(reply, Transmit, std::span(transmit));
   Context_.Lamp.DataOut();
 
   ContinueOnFailure mode;

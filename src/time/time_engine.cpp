@@ -35,10 +35,9 @@ double TimeEngine::SecondsSince(DateTime base) {
 
 NtpTimestamp TimeEngine::StampFrom(DateTime base) {
   const double seconds = SecondsSince(base);
-  SystemTime local;
-  GrabLocalTime(local);
-  if (seconds != Last_.Seconds || local.Milliseconds != Last_.Milliseconds) {
-    Last_ = {seconds, local.Milliseconds, EncodeTimestamp(seconds, local.Milliseconds)};
+  const int milliseconds = Clock_.GetLocalTime().Milliseconds;
+  if (seconds != Last_.Seconds || milliseconds != Last_.Milliseconds) {
+    Last_ = {seconds, milliseconds, EncodeTimestamp(seconds, milliseconds)};
   }
   return Last_.Bytes;
 }

@@ -109,7 +109,7 @@ void ExpectNoPlaceForWhatIsNoNumber(Conversion convert) {
 }
 
 TEST(Conversions, HaveNoPlaceForInfinitiesAndNaN) {
-  ExpectNoPlaceForWhatIsNoNumber(ToByte);
+  ExpectNoPlaceForWhatIsNoNumber([](double value) { return ToByte(value); });
   ExpectNoPlaceForWhatIsNoNumber(ToInteger);
   ExpectNoPlaceForWhatIsNoNumber(ToLong);
 }

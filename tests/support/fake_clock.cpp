@@ -76,10 +76,11 @@ DateTime FakeClock::Now() {
   return MomentOf(LocalMs());
 }
 
-SystemTime FakeClock::GetLocalTime() {
+const SystemTime &FakeClock::GetLocalTime() {
   ++LocalTimeReadings;
   Read();
-  return FieldsOf(LocalMs());
+  Local_ = FieldsOf(LocalMs());
+  return Local_;
 }
 
 const TimeZoneInformation &FakeClock::GetTimeZoneInformation() {

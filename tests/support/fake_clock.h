@@ -73,7 +73,7 @@ class FakeClock final : public Clock {
   std::int32_t BiasMinutes() const;
 
   DateTime Now() override;
-  SystemTime GetLocalTime() override;
+  const SystemTime &GetLocalTime() override;
   const TimeZoneInformation &GetTimeZoneInformation() override;
   const TimeZoneInformation &ZoneOfReading() override { return Zone; }
   std::int32_t GetTickCount() override;
@@ -85,6 +85,8 @@ class FakeClock final : public Clock {
   void SetLocalTime(DateTime time) override;
 
  private:
+  SystemTime Local_;
+
   void Read();
   std::int64_t LocalMs() const { return UtcMs - BiasMinutes() * std::int64_t{60000}; }
   bool MoveTo(std::int64_t utc_ms);

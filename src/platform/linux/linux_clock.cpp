@@ -142,11 +142,10 @@ DateTime LinuxClock::Now() {
   return Now_;
 }
 
-SystemTime LinuxClock::GetLocalTime() {
+const SystemTime &LinuxClock::GetLocalTime() {
   const timespec now = Read();
-  SystemTime local = Local_;
-  local.Milliseconds = static_cast<std::uint16_t>(now.tv_nsec / 1000000);
-  return local;
+  Local_.Milliseconds = static_cast<std::uint16_t>(now.tv_nsec / 1000000);
+  return Local_;
 }
 
 const TimeZoneInformation &LinuxClock::GetTimeZoneInformation() {
