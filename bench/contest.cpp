@@ -1,6 +1,7 @@
 #include "bench/contest.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -9,7 +10,10 @@ namespace cvl::bench {
 namespace {
 
 constexpr int UsualRounds = 13;
-constexpr int MostRounds = 40;
+constexpr int MostRounds = 60;
+
+// A median stands still when it is known within so much of itself.
+constexpr double Still = 0.01;
 
 /// What the rounds have shown of one contender.
 struct Figures {
@@ -19,20 +23,44 @@ struct Figures {
   LoadResult Total;
 };
 
-double MedianOf(std::vector<double> values) {
-  if (values.empty()) return 0;
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
+/// A median and how well the rounds determine it.
+struct Estimate {
+  double Median = 0;
+  double Margin = 0;  ///< half the width of its 95 % interval, as a part of the median
+};
+
+/// The interval is that of notched box plots: 1.57 times the distance of the quartiles, divided
+/// by the root of the number of values.
+Estimate EstimateOf(std::vector<double> values) {
+  if (values.empty()) return {};
+  std::sort(values.begin(), values.end());
+  const auto at = [&values](double part) {
+    return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1) + 0.5)];
+  };
+  const double median = at(0.5);
+  const double half_width =
+      1.57 * (at(0.75) - at(0.25)) / std::sqrt(static_cast<double>(values.size()));
+  return {median, half_width / median};
 }
 
-/// The median of what the rounds gave, ours divided by another's in the same round.
-double RatioOf(const std::vector<double> &ours, const std::vector<double> &other) {
+double MedianOf(std::vector<double> values) {
+  return EstimateOf(std::move(values)).Median;
+}
+
+/// Of what the rounds gave, ours divided by another's in the same round.
+Estimate RatioOf(const std::vector<double> &ours, const std::vector<double> &other) {
   std::vector<double> ratios;
   for (std::size_t round = 0; round < ours.size(); ++round) {
     ratios.push_back(ours[round] / other[round]);
   }
-  return MedianOf(std::move(ratios));
+  return EstimateOf(std::move(ratios));
+}
+
+/// Whether the ratios of answers a second are known well enough.
+bool StandStill(const std::vector<Figures> &figures) {
+  return std::all_of(figures.begin() + 1, figures.end(), [&figures](const Figures &other) {
+    return RatioOf(figures[0].PerSecond, other.PerSecond).Margin <= Still;
+  });
 }
 
 void Round(Contender &contender, std::size_t depth, Figures &figures) {
@@ -63,10 +91,14 @@ void Print(std::size_t depth, const Contenders &contenders, const std::vector<Fi
                 static_cast<long long>(of.Total.Wrong));
   }
   for (std::size_t at = 1; at < contenders.size(); ++at) {
-    std::printf("  %s / %s: answers/s %.2f, processor time per answer %.2f\n",
-                contenders[0]->Name.c_str(), contenders[at]->Name.c_str(),
-                RatioOf(figures[0].PerSecond, figures[at].PerSecond),
-                RatioOf(figures[0].NsPerAnswer, figures[at].NsPerAnswer));
+    const Estimate answers = RatioOf(figures[0].PerSecond, figures[at].PerSecond);
+    const Estimate processor = RatioOf(figures[0].NsPerAnswer, figures[at].NsPerAnswer);
+    std::printf("  %s / %s: answers/s %.2f (%.1f %%), processor time per answer %.2f (%.1f %%)\n",
+                contenders[0]->Name.c_str(), contenders[at]->Name.c_str(), answers.Median,
+                100 * answers.Margin, processor.Median, 100 * processor.Margin);
+  }
+  if (!StandStill(figures)) {
+    std::printf("  After %zu rounds the medians don't stand still.\n", figures[0].PerSecond.size());
   }
   std::fflush(stdout);
 }
@@ -84,7 +116,7 @@ bool AllReady(const Contenders &contenders) {
 
 void Compete(const Contenders &contenders, std::size_t depth, int rounds) {
   std::vector<Figures> figures(contenders.size());
-  for (int round = 0; round < rounds; ++round) {
+  for (int round = 0; round < rounds || (round < MostRounds && !StandStill(figures)); ++round) {
     for (std::size_t at = 0; at < contenders.size(); ++at) {
       Round(*contenders[at], depth, figures[at]);
     }

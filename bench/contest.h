@@ -50,8 +50,9 @@ using Contenders = std::vector<std::unique_ptr<Contender>>;
 /// Waits for each contender. False, with a line that names it, when one doesn't answer.
 bool AllReady(const Contenders &contenders);
 
-/// Runs ROUNDS rounds with DEPTH requests outstanding and prints, as medians, what each
-/// contender has shown, then how the first compares with each of the others.
+/// Runs ROUNDS rounds with DEPTH requests outstanding, and more while the medians still move,
+/// and prints, as medians, what each contender has shown, then how the first compares with each
+/// of the others and how well that is known. Says so when the medians never stand still.
 void Compete(const Contenders &contenders, std::size_t depth, int rounds);
 
 /// The number of rounds that the arguments of a benchmark ask for: the first, if there is one.
