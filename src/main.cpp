@@ -47,8 +47,10 @@ int Serve(const std::string &command_tail) {
     case cvl::Loaded::NoWindow:
       std::fprintf(stderr, "cvlserver: no window: %s\n", server.Obstacle().c_str());
       return EXIT_FAILURE;
-    case cvl::Loaded::Ended:
     case cvl::Loaded::AnotherInstance:
+      native.ShowAtTerminal("cvlserver: " + server.Obstacle() + "\n");
+      return EXIT_SUCCESS;
+    case cvl::Loaded::Ended:
       return EXIT_SUCCESS;
   }
   return EXIT_SUCCESS;

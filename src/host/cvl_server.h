@@ -45,7 +45,7 @@ namespace cvl {
 enum class Loaded {
   Running,          ///< the program lives on events from here on
   Ended,            ///< the command line asked for one thing, and it is done
-  AnotherInstance,  ///< somebody else has the program directory
+  AnotherInstance,  ///< another instance has claimed the program directory; see Obstacle
   NoWindow,         ///< a window was asked for and there can be none; see Obstacle
 };
 
@@ -72,7 +72,7 @@ class CVL_Server {
   /// The Exit entry of the tray menu.
   void MnuExit();
 
-  /// Why there can be no window, after Loaded::NoWindow.
+  /// Why the load step ended, after Loaded::AnotherInstance and Loaded::NoWindow.
   const std::string &Obstacle() const { return Obstacle_; }
 
   /// What runs, from where, and which ports are open: lines for a terminal.

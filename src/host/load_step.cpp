@@ -21,7 +21,10 @@ constexpr int InstallEventId = 110;
 }  // namespace
 
 Loaded CVL_Server::Load() {
-  if (!Platform_.Machine.ClaimSingleInstance()) return Loaded::AnotherInstance;
+  if (!Platform_.Machine.ClaimSingleInstance()) {
+    Obstacle_ = Platform_.Machine.ClaimObstacle();
+    return Loaded::AnotherInstance;
+  }
   const std::string first_word = FirstWord();
   if (first_word == "-debug" || first_word == "-config") {
     Obstacle_ = Platform_.Screen.Obstacle();

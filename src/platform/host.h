@@ -11,8 +11,11 @@ class Host {
   virtual ~Host() = default;
 
   /// Claims the program directory for this process, until it ends. False when another
-  /// instance has it.
+  /// instance has claimed it or may have; ClaimObstacle then gives the reason.
   [[nodiscard]] virtual bool ClaimSingleInstance() = 0;
+
+  /// Why the claim failed, in one line for the operator; empty unless it has failed.
+  virtual std::string ClaimObstacle() const = 0;
 
   /// Name of the user that the process runs as; empty if the system has none.
   virtual std::string UserName() = 0;

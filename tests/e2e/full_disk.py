@@ -105,7 +105,7 @@ def TestAStopOnAFullDiskLosesNothing():
         assert server.stop() == 0
         assert world.settings_text() == stored
         left = set(os.listdir(world.home))
-        assert left <= {"registry.reg", "QRB_CVLS4.CVL", "Logs", "ballast"}, left
+        assert left <= {"registry.reg", "QRB_CVLS4.CVL", "Logs", "ballast", "cvlserver.lock"}, left
 
         # And the next run, once there is room, stores what it has.
         world.free()

@@ -1,5 +1,6 @@
 """The process: one instance, its command line, its ends."""
 
+import fcntl
 import os
 import pwd
 import socket
@@ -27,13 +28,33 @@ def TestASecondInstanceEndsAtOnceWhateverItIsTold():
         assert server.stop() == 0
 
 
-def TestTheProgramDirectoryIsHeldWhileTheServerRuns():
+def TestTheLockFileIsLockedWhileTheServerRuns():
     with World() as world:
         server = world.server()
-        hold = ["flock", "--nonblock", world.home, "true"]
+        lock = os.path.join(world.home, "cvlserver.lock")
+        assert os.stat(lock).st_mode & 0o777 == 0o600
+        hold = ["flock", "--nonblock", lock, "true"]
         assert subprocess.run(hold, check=False).returncode != 0
         assert server.stop() == 0
         assert subprocess.run(hold, check=False).returncode == 0
+
+
+def TestALockOnTheProgramDirectoryDoesNotPreventAStart():
+    with World() as world:
+        world.upstream()
+        reader = os.open(world.home, os.O_RDONLY)
+        fcntl.flock(reader, fcntl.LOCK_EX)
+        server = world.server()
+        server.wait_for_gate()
+        assert server.stop() == 0
+        os.close(reader)
+
+
+def TestALockFileThatIsAPipeEndsTheStart():
+    with World() as world:
+        os.mkfifo(os.path.join(world.home, "cvlserver.lock"))
+        ended = Start(world)
+        assert (ended.returncode, ended.stdout, ended.stderr) == (0, "", "")
 
 
 def TestUnknownWordsBehaveLikeNone():

@@ -136,14 +136,26 @@ def TestAnUnknownWordAddsTheSwitches():
         assert run.stop() == 0
 
 
-def TestASecondInstanceSaysNothing():
+def TestASecondInstanceNamesTheDirectoryOfTheFirst():
     with World() as world:
         run = TerminalRun(world)
         run.wait_for("open:")
         second = TerminalRun(world)
         assert second.process.wait(DEADLINE) == 0
-        assert second.read() == ""
+        assert second.read() == f"cvlserver: another instance is running in {world.home}\n"
         assert run.stop() == 0
+
+
+def TestALockFileThatCannotBeOpenedIsNamed():
+    with World() as world:
+        lock = os.path.join(world.home, "cvlserver.lock")
+        with open(lock, "w", encoding="ascii"):
+            os.chmod(lock, 0)
+        run = TerminalRun(world, wrapped=("setpriv", "--bounding-set=-dac_override,-dac_read_search",
+                                          "--inh-caps=-dac_override,-dac_read_search"))
+        assert run.process.wait(DEADLINE) == 0
+        assert run.read() == (f"cvlserver: another instance may be running: {lock} cannot be "
+                              "opened: Permission denied\n")
 
 
 if __name__ == "__main__":

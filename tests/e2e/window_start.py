@@ -50,7 +50,8 @@ def ExpectNoWindow(program=os.path.join(BIN, "cvlserver"), environment=None):
             assert ended.stderr.startswith("cvlserver: no window: "), ended.stderr
             assert len(ended.stderr.splitlines()) == 1, ended.stderr
             assert ended.stdout == ""
-            assert sorted(os.listdir(world.home)) == ["QRB_CVLS4.CVL", "registry.reg"]
+            assert sorted(os.listdir(world.home)) == ["QRB_CVLS4.CVL", "cvlserver.lock",
+                                                        "registry.reg"]
 
 
 def TestWithoutADisplayTheRunEndsBeforeItBegins():

@@ -29,6 +29,7 @@ TEST_F(LoadStepTest, AnotherInstanceEndsItAtOnceWhateverTheCommandLineSays) {
   for (const char *tail : {"", "-rs", "-install", "-uninstall", "-config", "-debug"}) {
     System.Journal.Calls.clear();
     EXPECT_EQ(Load(tail), Loaded::AnotherInstance) << tail;
+    EXPECT_EQ(Server->Obstacle(), "another one") << tail;
     EXPECT_THAT(Calls(), ElementsAre("claim instance")) << tail;
     EXPECT_EQ(Server->State.Start.ProgramVersion, "");
   }

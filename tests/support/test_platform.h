@@ -41,6 +41,7 @@ class FakeHost final : public Host {
   std::string User = "SYSTEM";
 
   [[nodiscard]] bool ClaimSingleInstance() override;
+  std::string ClaimObstacle() const override { return IsAnotherInstance ? "another one" : ""; }
   std::string UserName() override;
 
  private:
