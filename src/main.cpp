@@ -5,13 +5,14 @@
 #include <string>
 
 #include "base/failure_modes.h"
+#include "host/command_help.h"
 #include "host/cvl_server.h"
 #include "platform/platform.h"
 #include "view/native_window.h"
 
 namespace {
 
-/// What stands behind the program's name: its arguments with a blank between each two.
+/// The program's arguments, with a blank between each two.
 std::string CommandTail(int count, char **arguments) {
   std::string tail;
   for (int at = 1; at < count; ++at) {
@@ -59,8 +60,13 @@ int Serve(const std::string &command_tail) {
 }  // namespace
 
 int main(int count, char **arguments) {
+  const std::string command_tail = CommandTail(count, arguments);
+  if (const auto text = cvl::TextInsteadOfRun(cvl::FirstWordOf(command_tail))) {
+    std::fputs(text->c_str(), stdout);
+    return EXIT_SUCCESS;
+  }
   int status = EXIT_SUCCESS;
-  const cvl::Failure failure = cvl::Trap([&] { status = Serve(CommandTail(count, arguments)); });
+  const cvl::Failure failure = cvl::Trap([&] { status = Serve(command_tail); });
   if (failure) EndWith(failure.Number, failure.Description.c_str());
   return status;
 }

@@ -145,7 +145,6 @@ class CVL_Server {
   void InstallService();
   void UninstallService();
   void ShowWindow();
-  std::string FirstWord() const;
 };
 
 }  // namespace cvl

@@ -4,6 +4,7 @@
 #include "base/failure_modes.h"
 #include "base/text.h"
 #include "base/version.h"
+#include "host/command_help.h"
 #include "host/cvl_server.h"
 #include "platform/maker_host.h"
 #include "time/base_dates.h"
@@ -25,7 +26,7 @@ Loaded CVL_Server::Load() {
     Obstacle_ = Platform_.Machine.ClaimObstacle();
     return Loaded::AnotherInstance;
   }
-  const std::string first_word = FirstWord();
+  const std::string_view first_word = FirstWordOf(CommandTail_);
   if (first_word == "-debug" || first_word == "-config") {
     Obstacle_ = Platform_.Screen.Obstacle();
     if (!Obstacle_.empty()) return Loaded::NoWindow;
@@ -115,10 +116,6 @@ Loaded CVL_Server::RunFromCommandLine() {
 
 void CVL_Server::GetCommandLine() {
   CommandArgs_ = Split(CommandTail_, " ");
-}
-
-std::string CVL_Server::FirstWord() const {
-  return CommandTail_.substr(0, CommandTail_.find(' '));
 }
 
 Loaded CVL_Server::ActOnFirstWord() {

@@ -1,26 +1,11 @@
 #include "host/terminal_report.h"
 
-#include <algorithm>
-#include <array>
-
 #include "base/text.h"
+#include "host/command_help.h"
 
 namespace cvl {
 
 namespace {
-
-struct Switch {
-  std::string_view Word;
-  std::string_view Meaning;
-};
-
-constexpr std::array Switches = {
-    Switch{"-install", "enters the service into the service manager, and ends"},
-    Switch{"-uninstall", "removes it from there, and ends"},
-    Switch{"-config", "runs with the window"},
-    Switch{"-debug", "the same"},
-    Switch{"-rs", "runs without a window, as with no switch at all"},
-};
 
 std::string Line(std::string_view label, std::string_view text) {
   constexpr std::size_t LabelWidth = 10;
@@ -50,21 +35,7 @@ std::string PortLines(const std::vector<PortState> &ports) {
   return lines;
 }
 
-std::string SwitchLines(std::string_view word) {
-  std::string lines =
-      Joined({"\"", word, "\" is no switch, and passed over. The first word may be:\n"});
-  for (const Switch &each : Switches) {
-    lines += Line(each.Word, Joined({" ", each.Meaning}));
-  }
-  return lines;
-}
-
 }  // namespace
-
-bool IsSwitch(std::string_view word) {
-  return std::any_of(Switches.begin(), Switches.end(),
-                     [word](const Switch &each) { return each.Word == word; });
-}
 
 std::string TerminalReport(const TerminalFacts &facts) {
   std::string report =
@@ -76,8 +47,11 @@ std::string TerminalReport(const TerminalFacts &facts) {
   }
   if (!facts.SettingsObstacle.empty()) report += Line("settings:", facts.SettingsObstacle);
   report += PortLines(facts.Ports);
-  const std::string word = facts.CommandTail.substr(0, facts.CommandTail.find(' '));
-  if (!facts.CommandTail.empty() && !IsSwitch(word)) report += SwitchLines(word);
+  const std::string_view word = FirstWordOf(facts.CommandTail);
+  if (!facts.CommandTail.empty() && !IsSwitch(word)) {
+    report += Joined(
+        {"\"", word, "\" is not a switch and is ignored. The first word may be:\n", SwitchLines()});
+  }
   return report;
 }
 

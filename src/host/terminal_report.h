@@ -23,7 +23,4 @@ struct TerminalFacts {
 /// The lines, each with its end. An unknown first word of the command line adds the switches.
 std::string TerminalReport(const TerminalFacts &facts);
 
-/// Whether the program knows a first word of its command line; exactly, with its case.
-bool IsSwitch(std::string_view word);
-
 }  // namespace cvl

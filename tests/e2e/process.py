@@ -58,12 +58,32 @@ def TestALockFileThatIsAPipeEndsTheStart():
 
 
 def TestUnknownWordsBehaveLikeNone():
-    for words in (("-RS",), ("-Debug",), (" -rs",), ("--help",), ("-rs",), ("extra", "-install")):
+    for words in (("-RS",), ("-Debug",), (" -rs",), ("--halp",), ("-rs",), ("extra", "-install"),
+                  ("extra", "--help")):
         with World() as world:
             world.upstream()
             server = world.server(*words)
             server.wait_for_gate()
             assert server.stop() == 0, words
+
+
+def TestHelpAndVersionArePrintedAndNothingIsStarted():
+    with World() as world:
+        before = os.listdir(world.home)
+        server = None
+        for is_running in (False, True):
+            if is_running:
+                server = world.server()
+            for words in (("--help",), ("--help", "-install"), ("--version",)):
+                ended = Start(world, *words)
+                assert (ended.returncode, ended.stderr) == (0, ""), words
+                if words[0] == "--version":
+                    assert ended.stdout == "cvlserver 5.1.1\n", ended.stdout
+                else:
+                    assert ended.stdout.startswith("usage: cvlserver [SWITCH]\n"), ended.stdout
+            if not is_running:
+                assert os.listdir(world.home) == before
+        assert server.stop() == 0
 
 
 def TestAServiceRunSaysNothing():

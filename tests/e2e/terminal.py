@@ -71,7 +71,7 @@ def TestTheLinesTellWhatRunsWhereAndOnWhichPorts():
 
 def TestNothingIsSaidWhereThereIsNoTerminal():
     with World() as world:
-        server = world.server("--help")
+        server = world.server("--halp")
         assert server.stop() == 0
         server.process.wait()
         assert server.errors.lines == []
@@ -122,10 +122,10 @@ def TestAMissingServerFileIsNamed():
 
 def TestAnUnknownWordAddsTheSwitches():
     with World() as world:
-        run = TerminalRun(world, words=("--help",))
-        run.wait_for('"--help" is no switch')
+        run = TerminalRun(world, words=("--halp",))
+        run.wait_for('"--halp" is not a switch')
         run.wait_for("  -rs ")
-        for word in ("-install", "-uninstall", "-config", "-debug"):
+        for word in ("-install", "-uninstall", "-config", "-debug", "--help", "--version"):
             assert f"\n  {word} " in run.read(), word
         assert run.process.poll() is None
         assert run.stop() == 0

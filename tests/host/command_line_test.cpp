@@ -43,7 +43,7 @@ TEST_F(CommandLineTest, RsRunsHidden) {
 
 TEST_F(CommandLineTest, UnknownWordsRunHidden) {
   for (const char *tail :
-       {"-RS", "-Debug", "-CONFIG", "-Install", "debug", "-debugx", "--help", "x", "-rs,-config"}) {
+       {"-RS", "-Debug", "-CONFIG", "-Install", "debug", "-debugx", "--halp", "x", "-rs,-config"}) {
     ExpectHiddenRun(tail);
     Server.reset();
   }

@@ -48,11 +48,12 @@ TEST(TerminalReport, TellsWhatKeptTheServerFromItsFiles) {
 TEST(TerminalReport, AddsTheSwitchesForAFirstWordThatIsNone) {
   TerminalFacts facts = Facts();
   const std::string without = TerminalReport(facts);
-  facts.CommandTail = "--help -install";
+  facts.CommandTail = "--halp -install";
   const std::string with = TerminalReport(facts);
   EXPECT_EQ(with.substr(0, without.size()), without);
-  EXPECT_THAT(with, HasSubstr("\"--help\" is no switch"));
-  for (const char *word : {"-install ", "-uninstall ", "-config ", "-debug ", "-rs "}) {
+  EXPECT_THAT(with, HasSubstr("\"--halp\" is not a switch"));
+  for (const char *word :
+       {"-install ", "-uninstall ", "-config ", "-debug ", "-rs ", "--help ", "--version "}) {
     EXPECT_THAT(with, HasSubstr(std::string("\n  ") + word));
   }
 }
@@ -70,7 +71,7 @@ TEST(TerminalReport, TakesTheFirstWordWithItsCaseAndItsBlanks) {
   TerminalFacts facts = Facts();
   for (const char *tail : {"-RS", "-Debug", " -rs", "extra -install"}) {
     facts.CommandTail = tail;
-    EXPECT_THAT(TerminalReport(facts), HasSubstr("is no switch")) << tail;
+    EXPECT_THAT(TerminalReport(facts), HasSubstr("is not a switch")) << tail;
   }
 }
 
