@@ -44,12 +44,15 @@ class Files {
   /// Its length in bytes, or nothing when there is no such file.
   virtual std::optional<std::int64_t> Length(const std::string &path) const = 0;
 
-  /// Opens a file for reading. Raises 53 when there is none, 70 when it can't be read.
+  /// Opens a file for reading. Raises FileNotFound (53) when there is none, PermissionDenied
+  /// (70) when it can't be read, PathFileAccess (75) for what isn't a regular file and for a
+  /// file of more than 16 MiB.
   virtual std::unique_ptr<std::istream> OpenForInput(const std::string &path) const = 0;
 
-  /// Opens a file for writing from its beginning, and makes it if there is none. Nothing is
-  /// cut off: what is written over a longer file leaves that one's tail behind it. Raises 53
-  /// when the directory is missing, 70 when the file can't be written.
+  /// Opens a file for writing from its beginning, and creates it if there is none. Nothing is
+  /// cut off: writing over a longer file leaves its tail. Raises FileNotFound (53) when the
+  /// directory is missing, PermissionDenied (70) when the file can't be written, and
+  /// PathFileAccess (75) for a link, a file with a second name, and what isn't a regular file.
   virtual std::unique_ptr<OutputFile> OpenForBinary(const std::string &path) = 0;
 
   /// A file that takes bytes at its end, or why there is none.

@@ -48,8 +48,8 @@ TEST(SocketErrorOf, HasANumberForWhatTheTableLacks) {
 
 TEST(FileErrorOf, TurnsTheSystemsNumbersIntoTheRunTimes) {
   const std::pair<int, int> rows[]{
-      {0, 0},       {ENOENT, 53}, {ENOTDIR, 53}, {ENOSPC, 61},
-      {EDQUOT, 61}, {EACCES, 70}, {EPERM, 70},   {EROFS, 70},
+      {0, 0},      {ENOENT, 53}, {ENOTDIR, 53}, {ENOSPC, 61}, {EDQUOT, 61},
+      {EFBIG, 61}, {EACCES, 70}, {EPERM, 70},   {EROFS, 70},
   };
   for (const auto &[system, ours] : rows) {
     EXPECT_EQ(FileErrorOf(system), ours) << system;

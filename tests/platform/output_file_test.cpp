@@ -3,12 +3,16 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
+#include "base/runtime_error.h"
 #include "platform/linux/linux_files.h"
 #include "tests/support/expect_error.h"
 
@@ -59,9 +63,36 @@ TEST_F(OutputFileTest, WritesOverAnOldFileAndLeavesItsTail) {
   EXPECT_EQ(Contents(), "abc3456789");
 }
 
-TEST_F(OutputFileTest, TellsOfAFullDisk) {
-  const auto file = Files.OpenForBinary("/dev/full");
-  EXPECT_EQ(file->Write("abc"), error_number::DiskFull);
+TEST_F(OutputFileTest, ReportsAFullDisk) {
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const auto signal_before = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit room{4, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &room);
+  const int result = Files.OpenForBinary(Path())->Write("abcdef");
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, signal_before);
+  EXPECT_EQ(result, error_number::DiskFull);
+  EXPECT_EQ(Contents(), "abcd");
+}
+
+TEST_F(OutputFileTest, FollowsNoLink) {
+  const std::string victim = Folder + "/victim";
+  std::ofstream(victim) << "untouched";
+  std::filesystem::create_symlink(victim, Path());
+  ExpectRuntimeError(75, [&] { return Files.OpenForBinary(Path()); });
+  std::filesystem::remove(Path());
+  std::filesystem::create_hard_link(victim, Path());
+  ExpectRuntimeError(75, [&] { return Files.OpenForBinary(Path()); });
+  EXPECT_EQ(Contents(), "untouched");
+}
+
+TEST_F(OutputFileTest, DoesNotWaitForTheReaderOfAPipe) {
+  ASSERT_EQ(mkfifo(Path().c_str(), 0600), 0);
+  ExpectRuntimeError(75, [&] { return Files.OpenForBinary(Path()); });
+  const int reader = open(Path().c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  ExpectRuntimeError(75, [&] { return Files.OpenForBinary(Path()); });
+  close(reader);
 }
 
 TEST_F(OutputFileTest, FailsToOpenWithoutItsDirectory) {

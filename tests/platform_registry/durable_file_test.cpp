@@ -88,6 +88,51 @@ TEST_F(ReplaceFileTest, WritesThroughNoLinkThatIsInItsWay) {
   EXPECT_EQ(Directory.Read("victim"), "untouched");
 }
 
+TEST_F(ReplaceFileTest, WritesToNoFileThatHasASecondName) {
+  Directory.Write("victim", "untouched");
+  ASSERT_EQ(link(Directory.PathOf("victim").c_str(), Directory.PathOf("file.new").c_str()), 0);
+  EXPECT_EQ(ReplaceFile(Path, "new"), 0);
+  EXPECT_EQ(Directory.Read("file"), "new");
+  EXPECT_EQ(Directory.Read("victim"), "untouched");
+  EXPECT_THAT(Directory.Names(), ElementsAre("file", "victim"));
+}
+
+TEST_F(ReplaceFileTest, DoesNotWaitForTheReaderOfAPipe) {
+  ASSERT_EQ(mkfifo(Directory.PathOf("file.new").c_str(), 0600), 0);
+  EXPECT_EQ(ReplaceFile(Path, "new"), 0);
+  EXPECT_EQ(Directory.Read("file"), "new");
+  EXPECT_THAT(Directory.Names(), ElementsAre("file"));
+}
+
+TEST_F(ReplaceFileTest, FailsWhereTheNewFileWouldBeADirectory) {
+  ASSERT_EQ(mkdir(Directory.PathOf("file.new").c_str(), 0700), 0);
+  EXPECT_EQ(ReplaceFile(Path, "new"), EISDIR);
+  EXPECT_THAT(Directory.Names(), ElementsAre("file.new"));
+}
+
+TEST_F(ReplaceFileTest, GivesANewFileTheUsualMode) {
+  const mode_t mask = umask(027);
+  EXPECT_EQ(ReplaceFile(Path, "new"), 0);
+  EXPECT_EQ(umask(mask), 027U);
+  struct stat found {};
+  ASSERT_EQ(stat(Path.c_str(), &found), 0);
+  EXPECT_EQ(found.st_mode & 07777U, 0640U);
+}
+
+TEST_F(ReplaceFileTest, KeepsTheFileFromOthersWhileItIsWritten) {
+  Directory.Write("file", "old");
+  const std::string beside = Directory.PathOf("file.new");
+  int seen = 0;
+  for (int stop = 0; RunUntilStop(stop, [this] { static_cast<void>(ReplaceFile(Path, "new")); });
+       ++stop) {
+    struct stat found {};
+    if (stat(beside.c_str(), &found) != 0 || found.st_size != 0) continue;
+    EXPECT_EQ(found.st_mode & 07777U, 0600U) << stop;
+    ++seen;
+  }
+  EXPECT_GT(seen, 0);
+}
+
 TEST_F(ReplaceFileTest, KeepsALinkToTheFileALink) {
   Directory.Write("file", "old");
   const std::string link = Directory.PathOf("link");
@@ -147,8 +192,7 @@ TEST_F(ReplaceFileTest, LeavesTheOldFileWholeWhenTheDiskIsFull) {
 
 TEST_F(ReplaceFileTest, LeavesTheOldFileWholeWhicheverStepFails) {
   Directory.Write("file", "old");
-  for (const long call :
-       {SYS_openat, SYS_fchmod, SYS_ftruncate, SYS_write, SYS_fsync, SYS_renameat}) {
+  for (const long call : {SYS_openat, SYS_fchmod, SYS_write, SYS_fsync, SYS_renameat}) {
     EXPECT_EQ(RunFailing({call}, ENOSPC, [&] { return ReplaceFile(Path, "new"); }), ENOSPC) << call;
     EXPECT_EQ(Directory.Read("file"), "old") << call;
     EXPECT_THAT(Directory.Names(), ElementsAre("file")) << call;

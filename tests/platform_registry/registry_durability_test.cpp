@@ -40,14 +40,15 @@ TEST_F(RegistryDurability, HoldsTheOldFileOrTheNewOneWheneverTheWriterIsKilled) 
   int stop = 0;
   for (bool was_killed = true; was_killed; ++stop) {
     Directory.Write("registry.reg", FileWith("old"));
+    // Every round removes a leftover, so that a stop is the same step in all of them.
+    Directory.Write("registry.reg.new", "half a fi");
     was_killed = RunUntilStop(stop, [this] { Set("new"); });
     const std::string bytes = Directory.Read("registry.reg");
     ASSERT_TRUE(bytes == FileWith("old") || bytes == FileWith("new"))
         << "killed at stop " << stop << ", the file holds " << bytes.substr(0, 200);
     (bytes == FileWith("old") ? old_files : new_files) += 1;
   }
-  // Both sides of the decisive step were seen, and whoever comes next isn't in the way of
-  // what the killed ones left.
+  // Kills before and after the rename were seen, and what they left doesn't prevent a write.
   EXPECT_GT(old_files, 10);
   EXPECT_GT(new_files, 2);
   Set("newer");

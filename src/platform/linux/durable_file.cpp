@@ -9,13 +9,18 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
-#include <utility>
 
 #include "platform/linux/error_table.h"
 
 namespace cvl {
 
 namespace {
+
+/// The mode of a file that is being written: others can't open it, and so can't lock it.
+constexpr mode_t OwnerOnly = 0600;
+
+/// No link is followed, and a pipe doesn't hold the program up.
+constexpr int SafeFlags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 /// An open descriptor, closed with its scope.
 class Descriptor {
@@ -24,8 +29,8 @@ class Descriptor {
   ~Descriptor() {
     if (Number_ >= 0) close(Number_);
   }
-  Descriptor(Descriptor &&other) noexcept : Number_(std::exchange(other.Number_, -1)) {}
-  Descriptor &operator=(Descriptor &&) = delete;
+  Descriptor(const Descriptor &) = delete;
+  Descriptor &operator=(const Descriptor &) = delete;
 
   int Number() const { return Number_; }
   bool IsOpen() const { return Number_ >= 0; }
@@ -52,22 +57,25 @@ std::string DirectoryOf(const std::string &path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-/// Opens the file that is to become the new one. One that a killed process left behind is
-/// taken over, or taken away if it is somebody else's.
-Descriptor OpenBeside(const std::string &path) {
-  constexpr int Flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC;
-  constexpr mode_t Mode = 0644;
-  const int file = open(path.c_str(), Flags, Mode);
-  if (file >= 0 || (errno != EACCES && errno != ELOOP)) return Descriptor(file);
-  unlink(path.c_str());
-  return Descriptor(open(path.c_str(), Flags, Mode));
+/// Removes what is at PATH. EWOULDBLOCK where another process of this user is writing it. Files
+/// of other users and files with a second name are never written there, so their locks don't
+/// count.
+int RemoveLeftover(const std::string &path) {
+  struct stat found {};
+  if (lstat(path.c_str(), &found) != 0) return errno == ENOENT ? 0 : Failed("lstat");
+  const bool is_ours = S_ISREG(found.st_mode) && found.st_uid == geteuid() && found.st_nlink == 1;
+  const Descriptor file(is_ours ? open(path.c_str(), O_RDONLY | SafeFlags) : -1);
+  if (file.IsOpen() && flock(file.Number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+    return EWOULDBLOCK;
+  }
+  return unlink(path.c_str()) == 0 || errno == ENOENT ? 0 : Failed("unlink");
 }
 
-/// Whether FILE still is what stands at PATH.
-bool StandsAt(int file, const std::string &path) {
+/// Whether FILE is still the one at PATH.
+bool IsAt(int file, const std::string &path) {
   struct stat opened {};
   struct stat found {};
-  return fstat(file, &opened) == 0 && stat(path.c_str(), &found) == 0 &&
+  return fstat(file, &opened) == 0 && lstat(path.c_str(), &found) == 0 &&
          opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
 }
 
@@ -81,20 +89,30 @@ int WriteAll(int file, std::string_view bytes) {
   return 0;
 }
 
+/// The mode of a new file: readable by all, as far as the process's mask allows.
+mode_t UsualMode() {
+  const mode_t mask = umask(OwnerOnly);
+  umask(mask);
+  return 0644 & ~mask;
+}
+
 /// Gives FILE the mode and, as far as this process may, the owner of the one at TARGET.
 int TakeOverMode(int file, const std::string &target) {
   struct stat old {};
-  if (stat(target.c_str(), &old) != 0) return errno == ENOENT ? 0 : Failed("stat");
-  if (faccessat(AT_FDCWD, target.c_str(), W_OK, 0) != 0) return Failed("access");
-  if (fchown(file, old.st_uid, old.st_gid) != 0) TraceFailure("fchown", errno);
+  old.st_mode = UsualMode();
+  if (stat(target.c_str(), &old) != 0) {
+    if (errno != ENOENT) return Failed("stat");
+  } else {
+    if (faccessat(AT_FDCWD, target.c_str(), W_OK, 0) != 0) return Failed("access");
+    if (fchown(file, old.st_uid, old.st_gid) != 0) TraceFailure("fchown", errno);
+  }
   return fchmod(file, old.st_mode & 07777) == 0 ? 0 : Failed("fchmod");
 }
 
 int FillAndMove(int file, const std::string &beside, const std::string &target,
                 std::string_view bytes) {
-  if (const int error = TakeOverMode(file, target); error != 0) return error;
-  if (ftruncate(file, 0) != 0) return Failed("ftruncate");
   if (const int error = WriteAll(file, bytes); error != 0) return error;
+  if (const int error = TakeOverMode(file, target); error != 0) return error;
   if (fsync(file) != 0) return Failed("fsync");
   if (renameat(AT_FDCWD, beside.c_str(), AT_FDCWD, target.c_str()) != 0) return Failed("rename");
   return 0;
@@ -124,11 +142,13 @@ int ReadWholeFile(const std::string &path, std::size_t most, std::string &bytes)
 int ReplaceFile(const std::string &path, std::string_view bytes) {
   const std::string target = TargetOf(path);
   const std::string beside = target + ".new";
-  const Descriptor file = OpenBeside(beside);
-  if (!file.IsOpen()) return Failed("open");
-  // A file system without locks has to do without.
+  if (const int error = RemoveLeftover(beside); error != 0) return error;
+  const Descriptor file(open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | SafeFlags, OwnerOnly));
+  if (!file.IsOpen()) return errno == EEXIST ? EWOULDBLOCK : Failed("open");
+  // Another process may have taken the new file for a leftover before it was locked. A file
+  // system without locks has to do without.
   if (flock(file.Number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return EWOULDBLOCK;
-  if (!StandsAt(file.Number(), beside)) return EWOULDBLOCK;
+  if (!IsAt(file.Number(), beside)) return EWOULDBLOCK;
   if (const int error = FillAndMove(file.Number(), beside, target, bytes); error != 0) {
     unlink(beside.c_str());
     return error;

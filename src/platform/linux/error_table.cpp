@@ -50,6 +50,7 @@ constexpr Row FileRows[] = {
     {ENOTDIR, error_number::FileNotFound},
     {ENOSPC, error_number::DiskFull},
     {EDQUOT, error_number::DiskFull},
+    {EFBIG, error_number::DiskFull},
     {EACCES, error_number::PermissionDenied},
     {EPERM, error_number::PermissionDenied},
     {EROFS, error_number::PermissionDenied},

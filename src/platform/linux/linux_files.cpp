@@ -7,14 +7,19 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
-#include <fstream>
+#include <sstream>
+#include <utility>
 
 #include "base/runtime_error.h"
+#include "platform/linux/durable_file.h"
 #include "platform/linux/error_table.h"
 
 namespace cvl {
 
 namespace {
+
+/// A larger file is not read, so that the memory for it is bounded.
+constexpr std::size_t MostInputBytes = std::size_t{16} << 20;
 
 std::string DirectoryOfExecutable() {
   char path[PATH_MAX];
@@ -37,6 +42,13 @@ class LinuxOutputFile final : public OutputFile {
   ~LinuxOutputFile() override { close(File_); }
   LinuxOutputFile(const LinuxOutputFile &) = delete;
   LinuxOutputFile &operator=(const LinuxOutputFile &) = delete;
+
+  /// Whether this is a regular file without a second name. One with two names may belong to
+  /// another directory, where the server must not write.
+  bool IsOwnRegularFile() const {
+    struct stat found {};
+    return fstat(File_, &found) == 0 && S_ISREG(found.st_mode) && found.st_nlink <= 1;
+  }
 
   [[nodiscard]] int Write(std::string_view bytes) override {
     while (!bytes.empty()) {
@@ -76,16 +88,21 @@ std::optional<std::int64_t> LinuxFiles::Length(const std::string &path) const {
 }
 
 std::unique_ptr<std::istream> LinuxFiles::OpenForInput(const std::string &path) const {
-  errno = 0;
-  auto file = std::make_unique<std::ifstream>(path, std::ios::binary);
-  if (!file->is_open()) throw RuntimeError(Failed("open"));
-  return file;
+  std::string bytes;
+  const int error = ReadWholeFile(path, MostInputBytes, bytes);
+  if (error == EFBIG) throw RuntimeError(error_number::PathFileAccess);
+  if (error != 0) throw RuntimeError(FileErrorOf(error));
+  return std::make_unique<std::istringstream>(std::move(bytes));
 }
 
 std::unique_ptr<OutputFile> LinuxFiles::OpenForBinary(const std::string &path) {
-  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
-  if (file < 0) throw RuntimeError(Failed("open"));
-  return std::make_unique<LinuxOutputFile>(file);
+  // Without O_NONBLOCK the open of a pipe would wait for its reader.
+  constexpr int Flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  const int number = open(path.c_str(), Flags, 0644);
+  if (number < 0) throw RuntimeError(Failed("open"));
+  auto file = std::make_unique<LinuxOutputFile>(number);
+  if (!file->IsOwnRegularFile()) throw RuntimeError(error_number::PathFileAccess);
+  return file;
 }
 
 Files::Opened LinuxFiles::OpenForAppend(const std::string &path, IfMissing if_missing) {
