@@ -15,6 +15,8 @@ constexpr const char *VersionPath = "/Chronvale/CVLVCS4.IPF";
 constexpr const char *ServerFilePath = "/Chronvale/QRB_CVLS4.CVL";
 constexpr const char *UpdaterName = "QRBUpdate.exe";
 constexpr std::int32_t BeyondHeaderEnd = 3;  // the rest of its CR LF CR LF
+/// A list of 300 servers takes some 20 kB, and no Content-Length of seven digits is as large.
+constexpr std::size_t MostSavedBytes = std::size_t{16} << 20;
 
 }  // namespace
 
@@ -28,6 +30,7 @@ UpdateClient::UpdateClient(const Parts &parts)
 void UpdateClient::QRBUpdate() {
   ContinueOnFailure mode;
   BytesIn_ = 0;
+  if (!File_) SavedBytes_ = 0;
   Socket_.Close();
   mode.Step([&] { Socket_.SetLocalPort(0); });
   Socket_.SetRemotePort(HttpPort);
@@ -80,8 +83,11 @@ void UpdateClient::OnDataArrival(std::int32_t count) {
   const bool is_complete = BytesIn_ == ContentLength_;
   if (Parts_.Settings.FileRequested) {
     const std::string_view body = data;
-    SaveServerFile(header_end == 0 ? body : BehindHeader(body, header_end));
-    if (is_complete) LoadServerFile();
+    if (!SaveServerFile(header_end == 0 ? body : BehindHeader(body, header_end))) {
+      OnError();
+    } else if (is_complete) {
+      LoadServerFile();
+    }
   } else if (is_complete) {
     Socket_.Close();
     mode.Step([&] { Parts_.Layer.Loop.RunOnePass(); });
@@ -89,7 +95,7 @@ void UpdateClient::OnDataArrival(std::int32_t count) {
   }
 }
 
-void UpdateClient::SaveServerFile(std::string_view body) {
+bool UpdateClient::SaveServerFile(std::string_view body) {
   ContinueOnFailure mode;
   if (!FileIsOpen_) {
     mode.Step([&] {
@@ -98,9 +104,12 @@ void UpdateClient::SaveServerFile(std::string_view body) {
     });
     FileIsOpen_ = true;
   }
-  // Without a file, or on a full disk, the body is lost and the list is read from whatever
-  // the file then holds.
-  if (File_) static_cast<void>(File_->Write(body));
+  const std::string_view saved = body.substr(0, MostSavedBytes - SavedBytes_);
+  SavedBytes_ += saved.size();
+  // Without a file, or on a full disk, the body is lost and the list is read from what the
+  // file then holds.
+  if (File_) static_cast<void>(File_->Write(saved));
+  return saved.size() == body.size();
 }
 
 void UpdateClient::LoadServerFile() {

@@ -5,7 +5,8 @@
 // the user is asked, and an updater of its own is started. The client writes one request,
 // looks for one header and knows the end of the body by counting: an answer in chunks, or
 // without that header, never ends, and an error page for the server file becomes the server
-// file. All of this is meant.
+// file. All of this is intentional. Of a server file, at most 16 MiB are saved; the exchange
+// ends there as by a lost connection.
 //
 // The state of an exchange is the socket's alone. Starting one cuts off one under way.
 
@@ -77,7 +78,8 @@ class UpdateClient {
 
  private:
   std::string Request() const;
-  void SaveServerFile(std::string_view body);
+  /// Writes BODY to the server file. False when that has reached 16 MiB and the rest is lost.
+  bool SaveServerFile(std::string_view body);
   void LoadServerFile();
   bool WantsProgram(const VersionFile &latest);
   void StartUpdater(const VersionFile &latest);
@@ -96,6 +98,8 @@ class UpdateClient {
   // notices, and the list is read from the first one again.
   bool FileIsOpen_ = false;
   std::unique_ptr<OutputFile> File_;
+  // Of the file that is open; without one, of this exchange.
+  std::size_t SavedBytes_ = 0;
   // Never lowered: a run that has offered something says no more that there is nothing.
   bool UpdateOffered_ = false;
 };

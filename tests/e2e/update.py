@@ -163,6 +163,15 @@ def Unacknowledged(connection):
                               24)[0]
 
 
+def IsRefused(connection, piece):
+    """Sends, and returns whether the other side has closed the connection."""
+    try:
+        connection.sendall(piece)
+        return False
+    except (ConnectionResetError, BrokenPipeError):
+        return True
+
+
 def Start(world, maker=MAKER):
     shutil.copy(READY_SETTINGS, world.home)
     return world.server(environment={"CHRONVALE_MAKER_HOST": maker})
@@ -338,6 +347,29 @@ def TestHeadersMayArriveAlone():
         server.wait_for_gate()
         assert Downloaded(world) == USUAL_SERVER_FILE
         assert server.stop() == 0
+        maker.close()
+
+
+def TestAnEndlessServerFileEndsAt16MiB():
+    most = 16 << 20
+    with World(servers=None) as world:
+        maker = ScriptedMaker(world)
+        server = Start(world)
+        connection, _ = maker.accept()
+        version = VersionFile(len(USUAL_SERVER_FILE))
+        connection.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\nServer: x\r\n\r\n"
+                           % len(version) + version)
+        connection, request = maker.accept()
+        assert request.startswith(f"GET {SERVER_FILE_PATH} "), request
+        connection.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: 2E9\r\nServer: x\r\n\r\n")
+        # A closing connection still takes data for a while and throws it away.
+        wait_until(lambda: IsRefused(connection, bytes(1 << 20)), "the end of the connection")
+        wait_until(lambda: BytesUnread() is None, "the end of the exchange")
+        assert Downloaded(world) == bytes(most)
+        assert server.process.poll() is None
+        assert server.open_sockets() == set()
+        assert server.stop() == 0
+        assert Downloaded(world) == bytes(most)
         maker.close()
 
 

@@ -109,6 +109,44 @@ TEST_F(DownloadTest, AnEmptyFileIsCompleteWithItsHeader) {
   EXPECT_EQ(Syncs, 1);
 }
 
+// Bodies without an end.
+
+TEST_F(DownloadTest, EndsLikeALostConnectionAt16MiB) {
+  constexpr std::size_t Most = std::size_t{16} << 20;
+  Update.ManualCheck = true;
+  FakeConnection &maker = Begin();
+  Send(maker, "HTTP/1.1 200 OK\r\nContent-Length: 2E9\r\nServer: x\r\n\r\n");
+  Send(maker, std::string(Most - 3, 'x'));
+  EXPECT_EQ(Update.qrb().State(), SocketState::Connected);
+  EXPECT_FALSE(Button.Enabled);
+
+  // Of this piece, three bytes fit.
+  Send(maker, "abcdef");
+  EXPECT_EQ(ServerFileNow(), std::string(Most - 3, 'x') + "abc");
+  EXPECT_EQ(Update.qrb().State(), SocketState::Closed);
+  EXPECT_TRUE(Button.Enabled);
+  EXPECT_TRUE(Settings.FileRequested);
+  EXPECT_EQ(Syncs, 0);
+  EXPECT_TRUE(Listed().empty());
+}
+
+TEST_F(DownloadTest, SavesNothingMoreInLaterExchangesOfTheRun) {
+  Send(Begin(), std::string((std::size_t{16} << 20) + 1, 'x'));
+  Send(Begin(), Answer(NewFile));
+  EXPECT_EQ(ServerFileNow().size(), std::size_t{16} << 20);
+  EXPECT_EQ(Update.qrb().State(), SocketState::Closed);
+}
+
+TEST_F(DownloadTest, EndsAt16MiBWithoutAFileToo) {
+  Files.BinaryError = error_number::PermissionDenied;
+  Send(Begin(), std::string((std::size_t{16} << 20) + 1, 'x'));
+  EXPECT_EQ(Update.qrb().State(), SocketState::Closed);
+  // The next exchange counts from 0 again.
+  PutServerFile(ServerFile({"10.9.9.9"}));
+  Send(Begin(), Answer(NewFile));
+  EXPECT_EQ(Syncs, 1);
+}
+
 // Files that can't be written.
 
 TEST_F(DownloadTest, WithoutAFileToWriteTheListComesFromTheOldOne) {
