@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 #include "base/failure_modes.h"
 #include "host/command_help.h"
@@ -28,8 +29,15 @@ std::string CommandTail(int count, char **arguments) {
   std::_Exit(EXIT_FAILURE);
 }
 
+/// Whether the run changes the machine's services, which takes all the rights it has.
+bool IsInstallation(const std::string &command_tail) {
+  const std::string_view word = cvl::FirstWordOf(command_tail);
+  return word == "-install" || word == "-uninstall";
+}
+
 int Serve(const std::string &command_tail) {
   cvl::NativePlatform native;
+  if (!IsInstallation(command_tail)) native.GiveUpRights();
   cvl::NativeWindow window(native.Interfaces());
   const cvl::Platform platform = window.Interfaces();
   platform.Loop.OnFatal = [](const cvl::RuntimeError &error) {

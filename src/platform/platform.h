@@ -49,6 +49,11 @@ class NativePlatform {
 
   Platform Interfaces();
 
+  /// Gives up the rights of the process that serving and setting the time doesn't need,
+  /// permanently. Call it before there are threads. The process goes on where the system
+  /// refuses.
+  void GiveUpRights();
+
   /// What keeps the settings from being read, in one line; empty when nothing does.
   std::string SettingsObstacle() const;
 

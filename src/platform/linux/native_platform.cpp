@@ -14,6 +14,7 @@
 #include "platform/linux/linux_registry_store.h"
 #include "platform/linux/linux_resolver.h"
 #include "platform/linux/linux_service_host.h"
+#include "platform/linux/rights.h"
 #include "platform/platform.h"
 
 namespace cvl {
@@ -57,6 +58,10 @@ Platform NativePlatform::Interfaces() {
   return {parts.MachineClock, parts.Loop,    parts.Sockets,    parts.Names,
           parts.ProgramFiles, parts.Machine, parts.CVLService, parts.Tray,
           parts.Screen,       parts.Store,   parts.Boxes,      parts.Programs};
+}
+
+void NativePlatform::GiveUpRights() {
+  cvl::GiveUpRights(Parts_->ProgramFiles.ProgramDirectory());
 }
 
 std::string NativePlatform::SettingsObstacle() const {
