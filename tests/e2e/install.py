@@ -57,7 +57,7 @@ def TestInstallWritesTheUnitAndEndsWithoutAWord():
         installer = Installer(world)
         ended = installer.run("-install")
         assert (ended.returncode, ended.stdout, ended.stderr) == (0, "", "")
-        assert installer.calls() == ["daemon-reload", "enable CVLServer.service"]
+        assert installer.calls() == ["--version", "daemon-reload", "enable CVLServer.service"]
         lines = installer.lines()
         assert "Description=Chronvale Server Services" in lines
         assert "Environment=CHRONVALE_HOME=/var/lib/chronvale-server" in lines
@@ -74,7 +74,19 @@ def TestASecondWordIsNotLookedAt():
     with World() as world:
         installer = Installer(world)
         installer.run("-install", "extra")
-        assert installer.calls() == ["daemon-reload", "enable CVLServer.service"]
+        assert installer.calls() == ["--version", "daemon-reload", "enable CVLServer.service"]
+
+
+def TestTheServiceIsRestartedForAsLongAsItFails():
+    with World() as world:
+        for version, grows in ((252, False), (254, True)):
+            installer = Installer(world, systemctl=f"echo 'systemd {version} ({version}.1-1)'")
+            installer.run("-install")
+            lines = installer.lines()
+            assert "StartLimitIntervalSec=0" in lines
+            assert "RestartSec=1" in lines
+            assert ("RestartSteps=8" in lines) == grows, lines
+            assert ("RestartMaxDelaySec=60" in lines) == grows, lines
 
 
 def TestUninstallTakesItBack():
@@ -93,7 +105,7 @@ def TestAFailedInstallEndsTheSameWay():
         installer = Installer(world, systemctl="exit 1")
         ended = installer.run("-install")
         assert (ended.returncode, ended.stdout, ended.stderr) == (0, "", "")
-        assert installer.calls() == ["daemon-reload"]
+        assert installer.calls() == ["--version", "daemon-reload"]
 
 
 def TestInstallLeavesTheDefaultSettingsOfAFirstRun():

@@ -29,6 +29,20 @@ TEST(RunProgram, TellsAProgramThatIsNotThereOrWasKilledFromOneThatEnded) {
   EXPECT_EQ(RunProgram({"sh", "-c", "kill -9 $$"}), -1);
 }
 
+TEST(RunProgram, ReturnsTheStandardOutputWithTheStatus) {
+  std::string output = "before";
+  EXPECT_EQ(RunProgram({"sh", "-c", "echo one; echo error >&2; echo two; exit 3"}, output), 3);
+  EXPECT_EQ(output, "one\ntwo\n");
+  EXPECT_EQ(RunProgram({"/nonexistent/program"}, output), -1);
+  EXPECT_EQ(output, "");
+}
+
+TEST(RunProgram, ReadsALongOutputToItsEndAndReturnsItsStart) {
+  std::string output;
+  EXPECT_EQ(RunProgram({"head", "-c", "1000000", "/dev/zero"}, output), 0);
+  EXPECT_EQ(output, std::string(65536, '\0'));
+}
+
 TEST(RunProgram, HandsWordsOnAsTheyAre) {
   const ScratchDirectory directory;
   WriteScript(directory / "show", "for word; do echo \"<$word>\"; done > \"$0.out\"\n");

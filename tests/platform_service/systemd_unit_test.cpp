@@ -40,8 +40,9 @@ TEST(SystemdUnit, HasTheLinesThatTheServiceLivesBy) {
   const std::string text = UnitText(UnitIn("/opt/chronvale"));
   for (const char *line :
        {"Description=Chronvale Server Services", "Type=notify", "Restart=on-failure",
-        "RestartSec=1", "WatchdogSec=30", "ExecStart=/opt/chronvale/cvlserver", "DynamicUser=yes",
-        "StateDirectory=chronvale-server", "Environment=CHRONVALE_HOME=/var/lib/chronvale-server",
+        "RestartSec=1", "StartLimitIntervalSec=0", "WatchdogSec=30",
+        "ExecStart=/opt/chronvale/cvlserver", "DynamicUser=yes", "StateDirectory=chronvale-server",
+        "Environment=CHRONVALE_HOME=/var/lib/chronvale-server",
         "AmbientCapabilities=CAP_NET_BIND_SERVICE CAP_SYS_TIME",
         "CapabilityBoundingSet=CAP_NET_BIND_SERVICE CAP_SYS_TIME", "WantedBy=multi-user.target"}) {
     EXPECT_THAT(text, HasSubstr(std::string("\n") + line + "\n"));
@@ -51,9 +52,34 @@ TEST(SystemdUnit, HasTheLinesThatTheServiceLivesBy) {
 TEST(SystemdUnit, HasNoGapLeft) {
   const std::string text = UnitText(UnitIn("/opt/chronvale"));
   for (const char *gap : {"@Name@", "@Description@", "@Executable@", "@ServerFile@",
-                          "@SettingsFile@", "@BindReadOnlyPaths@"}) {
+                          "@SettingsFile@", "@BindReadOnlyPaths@", "@RestartSteps@"}) {
     EXPECT_THAT(text, Not(HasSubstr(gap)));
   }
+}
+
+TEST(SystemdUnit, HasGrowingRestartsWhereSystemdKnowsThem) {
+  ServiceUnit unit = UnitIn("/opt/chronvale");
+  EXPECT_THAT(UnitText(unit), HasSubstr("\nRestartSec=1\nWatchdogSec=30\n"));
+  unit.HasGrowingRestarts = true;
+  EXPECT_THAT(UnitText(unit), HasSubstr("\nRestartSec=1\nRestartSteps=8\n"
+                                        "RestartMaxDelaySec=60\nWatchdogSec=30\n"));
+}
+
+TEST(KnowsGrowingRestarts, FollowsTheVersionOfSystemd) {
+  const ScratchDirectory programs;
+  const ScopedVariable path("PATH", programs.Path().c_str());
+  EXPECT_FALSE(KnowsGrowingRestarts()) << "without systemctl";
+  const auto with = [&programs](const std::string &commands) {
+    WriteScript(programs / "systemctl", commands);
+    return KnowsGrowingRestarts();
+  };
+  EXPECT_TRUE(with("[ \"$*\" = --version ] && echo 'systemd 254 (254.5-1)'"));
+  EXPECT_TRUE(with("echo 'systemd 257~rc1 (257~rc1-3)'; echo '+PAM +AUDIT'"));
+  EXPECT_FALSE(with("echo 'systemd 253 (253.1)'"));
+  EXPECT_FALSE(with("echo 'systemd 252 (252.39-1~deb12u1)'"));
+  EXPECT_FALSE(with("echo 'systemd 254 (254.5-1)'; exit 1"));
+  EXPECT_FALSE(with("echo 'something 300'"));
+  EXPECT_FALSE(with("exit 0"));
 }
 
 TEST(SystemdUnit, StopsTheOtherClockDaemonsFirst) {

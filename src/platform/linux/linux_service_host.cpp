@@ -85,7 +85,8 @@ bool LinuxServiceHost::Install() {
                       .StartsAutomatically = Definition.StartsAutomatically,
                       .Executable = AbsolutePath("/proc/self/exe"),
                       .ProgramDirectory = AbsolutePath(ProgramDirectory_),
-                      .SettingsFile = AbsolutePath(SettingsFile_)},
+                      .SettingsFile = AbsolutePath(SettingsFile_),
+                      .HasGrowingRestarts = KnowsGrowingRestarts()},
                      UnitDirectory_);
 }
 

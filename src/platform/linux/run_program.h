@@ -20,4 +20,8 @@ namespace cvl {
 /// couldn't be started, or was ended by a signal.
 [[nodiscard]] int RunProgram(std::vector<std::string> words);
 
+/// The same, with the first 64 kB of its standard output in OUTPUT. Waits until the output has
+/// been closed, too.
+[[nodiscard]] int RunProgram(std::vector<std::string> words, std::string &output);
+
 }  // namespace cvl

@@ -6,6 +6,7 @@
 #include <array>
 #include <cctype>
 #include <cerrno>
+#include <charconv>
 #include <cstdlib>
 #include <string_view>
 #include <utility>
@@ -92,6 +93,12 @@ std::string BindLines(const ServiceUnit &unit) {
   return lines;
 }
 
+/// The pause between two starts goes up to a minute in eight steps: a wrong clock may take
+/// hours to be put right. The first one stays at RestartSec.
+std::string RestartLines(const ServiceUnit &unit) {
+  return unit.HasGrowingRestarts ? "RestartSteps=8\nRestartMaxDelaySec=60\n" : "";
+}
+
 std::string Filled(std::string_view text, const std::vector<Gap> &gaps) {
   std::string filled;
   while (!text.empty()) {
@@ -137,7 +144,19 @@ std::string UnitText(const ServiceUnit &unit) {
                                {"@Executable@", ProgramWord(unit.Executable)},
                                {"@ServerFile@", ArgumentWord(server_file)},
                                {"@SettingsFile@", ArgumentWord(unit.SettingsFile)},
+                               {"@RestartSteps@", RestartLines(unit)},
                                {"@BindReadOnlyPaths@", BindLines(unit)}});
+}
+
+bool KnowsGrowingRestarts() {
+  constexpr int FirstVersion = 254;
+  constexpr std::string_view Start = "systemd ";
+  std::string output;
+  if (RunProgram({"systemctl", "--version"}, output) != 0) return false;
+  if (output.compare(0, Start.size(), Start) != 0) return false;
+  int version = 0;
+  std::from_chars(output.data() + Start.size(), output.data() + output.size(), version);
+  return version >= FirstVersion;
 }
 
 std::string UnitDirectory() {

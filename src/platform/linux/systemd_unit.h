@@ -18,7 +18,12 @@ struct ServiceUnit {
   std::string Executable;
   std::string ProgramDirectory;
   std::string SettingsFile;
+  /// Whether the pause between two failed starts grows, which systemd knows from 254 on.
+  bool HasGrowingRestarts = false;
 };
+
+/// Whether the systemd of this machine knows a pause that grows; false if it can't be asked.
+bool KnowsGrowingRestarts();
 
 /// The unit's text.
 std::string UnitText(const ServiceUnit &unit);
