@@ -145,6 +145,18 @@ TEST_F(ReplaceFileTest, KeepsALinkToTheFileALink) {
   EXPECT_TRUE(S_ISLNK(found.st_mode));
 }
 
+TEST_F(ReplaceFileTest, ReplacesNothingButRegularFiles) {
+  ASSERT_EQ(mkfifo(Path.c_str(), 0600), 0);
+  ASSERT_EQ(symlink("file", Directory.PathOf("link").c_str()), 0);
+  EXPECT_EQ(ReplaceFile(Path, "new"), EINVAL);
+  EXPECT_EQ(ReplaceFile(Directory.PathOf("link"), "new"), EINVAL);
+  EXPECT_EQ(ReplaceFile(Directory.Path(), "new"), EINVAL);
+  struct stat found {};
+  ASSERT_EQ(stat(Path.c_str(), &found), 0);
+  EXPECT_TRUE(S_ISFIFO(found.st_mode));
+  EXPECT_THAT(Directory.Names(), ElementsAre("file", "link"));
+}
+
 TEST_F(ReplaceFileTest, KeepsTheModeOfTheOldFile) {
   Directory.Write("file", "old");
   ASSERT_EQ(chmod(Path.c_str(), 0640), 0);

@@ -51,6 +51,13 @@ std::string TargetOf(const std::string &path) {
   return realpath(path.c_str(), resolved) != nullptr ? resolved : path;
 }
 
+/// Whether something is at PATH that isn't a regular file. A masked unit, for one, is a link
+/// to /dev/null, which must not be replaced.
+bool IsOtherThanFile(const std::string &path) {
+  struct stat found {};
+  return stat(path.c_str(), &found) == 0 && !S_ISREG(found.st_mode);
+}
+
 std::string DirectoryOf(const std::string &path) {
   const std::size_t slash = path.rfind('/');
   if (slash == std::string::npos) return ".";
@@ -141,6 +148,7 @@ int ReadWholeFile(const std::string &path, std::size_t most, std::string &bytes)
 
 int ReplaceFile(const std::string &path, std::string_view bytes) {
   const std::string target = TargetOf(path);
+  if (IsOtherThanFile(target)) return EINVAL;
   const std::string beside = target + ".new";
   if (const int error = RemoveLeftover(beside); error != 0) return error;
   const Descriptor file(open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | SafeFlags, OwnerOnly));

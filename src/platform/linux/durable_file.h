@@ -19,8 +19,9 @@ namespace cvl {
 /// written to.
 ///
 /// Returns 0 or an errno value, and the old file is untouched then. EWOULDBLOCK means that
-/// another process is writing the file; EACCES is also returned for an old file that this
-/// process may not write, though its directory would let it be replaced.
+/// another process is writing the file, EINVAL that PATH isn't a regular file; EACCES is also
+/// returned for an old file that this process may not write, though its directory would let it be
+/// replaced.
 [[nodiscard]] int ReplaceFile(const std::string &path, std::string_view bytes);
 
 }  // namespace cvl
