@@ -27,6 +27,11 @@ class UdpSocket final : public Socket,
   /// One that the handler doesn't read is gone when it returns.
   std::function<void(std::int32_t)> OnDataArrival;
 
+  /// Whether a datagram passes as the reply to a request of ours that is out. Such a datagram
+  /// is never answered, so it can't keep a loop going: the loop guard lets it through and
+  /// doesn't count it. Asked only about senders that the guard suspects; unset, none passes.
+  std::function<bool(std::span<const std::uint8_t>)> IsAwaitedReply;
+
   /// Raised when answers of SendAnswer have left, once for those that left together; not
   /// when all of them have failed.
   std::function<void()> OnAnswersSent;

@@ -47,6 +47,9 @@ NtpService::NtpService(const ServiceContext &context, SyncExchange &exchange)
   Context_.Sockets.UDP123.OnDataArrival = [this](std::int32_t bytes_total) {
     OnUdpArrival(bytes_total);
   };
+  Context_.Sockets.UDP123.IsAwaitedReply = [this](std::span<const std::uint8_t> datagram) {
+    return Exchange_.IsReply(datagram);
+  };
   TcpEvents &events = Context_.Sockets.TCP123.Events;
   events.ConnectionRequest = [this](std::int16_t, RequestId request) { OnTcpRequest(request); };
   events.DataArrival = [this](std::int16_t index, std::int32_t bytes_total) {

@@ -15,7 +15,8 @@ namespace cvl {
 
 class NtpService {
  public:
-  /// Connects the events of UDP123 and TCP123.
+  /// Connects the events of UDP123 and TCP123, and lets replies to the exchange's requests past
+  /// the loop guard of UDP123.
   NtpService(const ServiceContext &context, SyncExchange &exchange);
 
   /// Builds the reply to a request and sends it.

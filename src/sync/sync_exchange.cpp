@@ -75,9 +75,10 @@ void SyncExchange::SendRequest() {
   if (Parts_.State.Flags.Interactive) Parts_.Window.LED[0].Image = LampLitImage;
 }
 
-bool SyncExchange::IsReply(const NtpPacket &datagram) const {
+bool SyncExchange::IsReply(std::span<const std::uint8_t> datagram) const {
   const SyncState &sync = Parts_.State.Sync;
-  return sync.SyncWaiting && datagram[OriginateField] == sync.SyncStamp[0] &&
+  return sync.SyncWaiting && datagram.size() == NtpLength &&
+         datagram[OriginateField] == sync.SyncStamp[0] &&
          datagram[OriginateField + 3] == sync.SyncStamp[3] &&
          datagram[OriginateField + 7] == sync.SyncStamp[7];
 }

@@ -59,8 +59,9 @@ class SyncExchange {
   /// Drops an exchange that waits for a name.
   void Cancel() { NameWait_.Cancel(); }
 
-  /// True when a request is out and DATAGRAM echoes its stamp, by three bytes of eight.
-  bool IsReply(const NtpPacket &datagram) const;
+  /// True when a request is out and DATAGRAM, of 48 bytes, echoes its stamp by three bytes of
+  /// eight.
+  bool IsReply(std::span<const std::uint8_t> datagram) const;
 
   /// Takes the answer to a request: sets the clock and opens the services. Failures:
   /// continue.

@@ -1,10 +1,10 @@
 """Two servers that one forged datagram has set on each other."""
 
 import socket
-import struct
 import threading
 import time
 
+from forging import forged
 from harness import (OTHER_PEER_ADDRESS, PEER_ADDRESS, SERVER_ADDRESS, SETTINGS, World, request,
                      run_all, wait_until)
 
@@ -16,13 +16,8 @@ WATCHED_SECONDS = 2
 
 def Forge(world, source, destination, bytes_sent):
     """One datagram to an ADDRESS and port that bears another's as its sender."""
-    length = 8 + len(bytes_sent)
-    # Fields that are 0 the kernel fills in; a checksum of 0 is none.
-    header = struct.pack("!BBHHHBBH4s4s", 0x45, 0, 20 + length, 0, 0, 64, socket.IPPROTO_UDP, 0,
-                         socket.inet_aton(source[0]), socket.inet_aton(destination[0]))
-    udp = struct.pack("!HHHH", source[1], destination[1], length, 0)
     with world.peer_socket(socket.SOCK_RAW, socket.IPPROTO_RAW) as raw:
-        raw.sendto(header + udp + bytes_sent, (destination[0], 0))
+        raw.sendto(forged(source, destination, bytes_sent), (destination[0], 0))
 
 
 def TwoServers(world):

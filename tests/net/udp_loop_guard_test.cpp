@@ -63,5 +63,33 @@ TEST_F(UdpSocketLoopGuard, WhatIsDroppedIsDroppedUnseen) {
   EXPECT_EQ(Socket.RemotePort(), Bob.Port);
 }
 
+TEST_F(UdpSocketLoopGuard, AnAwaitedReplyGetsThroughAndIsNotCounted) {
+  Bind(123);
+  Socket.IsAwaitedReply = [](std::span<const std::uint8_t> datagram) {
+    return TextOf(datagram) == "reply";
+  };
+  const Endpoint upstream = At("10.0.0.1", 123);
+  for (int count = 0; count < 60; ++count) {
+    Net.Arrive(123, upstream, "reply");
+  }
+  EXPECT_EQ(SeenOf(51, upstream, 123), 60U + 50U);
+  Net.Arrive(123, upstream, "reply");
+  Loop.Drain();
+  EXPECT_EQ(Texts.back(), "reply");
+}
+
+TEST_F(UdpSocketLoopGuard, WhatIsAwaitedIsAskedOnlyAboutSuspiciousPorts) {
+  Bind(123);
+  int asked = 0;
+  Socket.IsAwaitedReply = [&](std::span<const std::uint8_t>) {
+    ++asked;
+    return false;
+  };
+  EXPECT_EQ(SeenOf(60, At("10.0.0.1", 4000), 123), 60U);
+  EXPECT_EQ(asked, 0);
+  EXPECT_EQ(SeenOf(60, At("10.0.0.1", 123), 123), 50U);
+  EXPECT_EQ(asked, 60);
+}
+
 }  // namespace
 }  // namespace cvl

@@ -289,5 +289,29 @@ TEST_F(NtpOverUdp, TakesOneByteForARefusalWhileAReplyIsAwaited) {
   EXPECT_EQ(LogLines().size(), 1U);
 }
 
+TEST_F(NtpOverUdp, TakesAReplyFromAnUpstreamThatAFloodIsForgedFor) {
+  const Endpoint upstream = At("10.0.0.1", 123);
+  State.Flags.TimeSynced = false;
+  State.Sync.SyncWaiting = true;
+  for (int count = 0; count < 200; ++count) {
+    Net.Arrive(123, upstream, Bytes());
+  }
+  Net.Arrive(123, upstream, Echo());
+  Loop.Drain();
+  EXPECT_TRUE(State.Flags.TimeSynced);
+  EXPECT_FALSE(State.Sync.SyncWaiting);
+}
+
+TEST_F(NtpOverUdp, CountsRepeatedRepliesAsRequests) {
+  const Endpoint upstream = At("10.0.0.1", 123);
+  State.Sync.SyncWaiting = true;
+  for (int count = 0; count < 200; ++count) {
+    Net.Arrive(123, upstream, Echo());
+  }
+  Loop.Drain();
+  // The first is the reply. Of the others, as many are answered as the loop guard lets through.
+  EXPECT_EQ(Net.Sent.size(), static_cast<std::size_t>(LoopGuard::MostPerSecond));
+}
+
 }  // namespace
 }  // namespace cvl

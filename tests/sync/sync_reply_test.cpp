@@ -59,6 +59,16 @@ TEST_F(SyncReplyTest, ThreeBytesOfTheStampMakeAReply) {
   }
 }
 
+TEST_F(SyncReplyTest, AReplyHas48Bytes) {
+  const NtpPacket reply = Reply();
+  EXPECT_TRUE(Exchange.IsReply(reply));
+  EXPECT_FALSE(Exchange.IsReply(std::span(reply).first(47)));
+  EXPECT_FALSE(Exchange.IsReply({}));
+  std::vector<std::uint8_t> longer(reply.begin(), reply.end());
+  longer.push_back(0);
+  EXPECT_FALSE(Exchange.IsReply(longer));
+}
+
 TEST_F(SyncReplyTest, WhenNoRequestIsOutNothingIsAReply) {
   State.Sync.SyncWaiting = false;
   EXPECT_FALSE(Exchange.IsReply(Reply()));
