@@ -76,9 +76,9 @@ class Network {
   /// Makes a bound stream socket listen.
   [[nodiscard]] virtual int Listen(SocketHandle socket) = 0;
 
-  /// The next waiting connection, 10035 when there is none. When descriptors have run out
-  /// the connection is dropped and 10024 returned; where not even that is possible it goes
-  /// on waiting, and another number is returned.
+  /// The next waiting connection, 10035 when there is none. When the descriptors that
+  /// connections may use have run out, the connection is dropped and 10024 returned; where
+  /// not even that is possible it goes on waiting, and another number is returned.
   virtual Accepted Accept(SocketHandle listener) = 0;
 
   /// Begins to connect a new stream socket; it is writable or broken when it is decided.

@@ -10,6 +10,7 @@ namespace cvl {
 namespace {
 
 using Stream = TcpPeer::Stream;
+using Lines = std::vector<std::string>;
 
 class LiveDescriptors : public LiveTest {
  protected:
@@ -35,6 +36,11 @@ class LiveDescriptors : public LiveTest {
   std::int32_t Port;
 };
 
+/// The lowest free number, which the kernel gives next.
+int NextDescriptor() {
+  return OwnedDescriptor(dup(STDERR_FILENO)).Number();
+}
+
 rlim_t SoftLimit() {
   rlimit limit{};
   getrlimit(RLIMIT_NOFILE, &limit);
@@ -59,18 +65,65 @@ TEST_F(LiveDescriptors, RunningOutDropsTheNewConnectionAndLaterOnesWork) {
   EXPECT_EQ(later.Read(), Stream::Open);
 }
 
-TEST_F(LiveDescriptors, TheLastOneStillCarriesAConnection) {
+TEST_F(LiveDescriptors, ConnectionsLeave32ToTheRestOfTheProgram) {
   ServeOne();
-  TcpPeer first;
-  TcpPeer second;
-  const NoMoreDescriptors but_one(1);
-  first.Connect(Port);
-  ASSERT_TRUE(Until([&] { return Service.Count("accepted 1") == 1; }));
-  second.Connect(Port);
-  ASSERT_TRUE(Until([&] { return second.Read() != Stream::Open; }));
+  std::vector<TcpPeer> clients(3);
+  // Under a small limit fewer are left.
+  std::vector<OwnedDescriptor> fillers;
+  while (NextDescriptor() < 2 * LinuxNetwork::KeptBack) {
+    fillers.emplace_back(dup(STDERR_FILENO));
+  }
+  // One in reserve, one for the listener and one for a connection.
+  const NoMoreDescriptors but_some(LinuxNetwork::KeptBack + 3);
+  LinuxNetwork network;
+  SocketLayer layer(Loop, network, Resolver);
+  RecordingService service(layer);
+  const std::int32_t port = service.Listen();
+  clients[0].Connect(port);
+  ASSERT_TRUE(Until([&] { return service.Count("accepted 1") == 1; }));
+  clients[1].Connect(port);
+  ASSERT_TRUE(Until([&] { return clients[1].Read() != Stream::Open; }));
   EXPECT_TRUE(ComesToRest());
-  EXPECT_EQ(first.Read(), Stream::Open);
-  EXPECT_EQ(Service.Log, std::vector<std::string>{"accepted 1"});
+  EXPECT_EQ(service.Log, Lines{"accepted 1"});
+  EXPECT_EQ(clients[0].Read(), Stream::Open);
+
+  // The others can all be had, and one that comes back from a connection is for the next.
+  std::vector<OwnedDescriptor> others;
+  for (int count = 0; count < LinuxNetwork::KeptBack; ++count) {
+    others.emplace_back(dup(STDERR_FILENO));
+    ASSERT_GE(others.back().Number(), 0) << count;
+  }
+  clients[0].Reset();
+  ASSERT_TRUE(Until([&] { return service.Count("error 1 10054") == 1; }));
+  clients[2].Connect(port);
+  ASSERT_TRUE(Until([&] { return service.Count("accepted 2") == 1; }));
+  EXPECT_EQ(clients[2].Read(), Stream::Open);
+}
+
+TEST_F(LiveDescriptors, UnderASmallLimitConnectionsLeaveHalfOfIt) {
+  ServeOne();
+  std::vector<TcpPeer> clients(2);
+  TcpPeer later;
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  // One in reserve, one for the listener and one for a connection.
+  const rlimit small{static_cast<rlim_t>(2 * (NextDescriptor() + 3)), before.rlim_max};
+  ASSERT_LT(small.rlim_cur, 2U * LinuxNetwork::KeptBack);
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &small), 0);
+  LinuxNetwork network;
+  SocketLayer layer(Loop, network, Resolver);
+  RecordingService service(layer);
+  const std::int32_t port = service.Listen();
+  clients[0].Connect(port);
+  EXPECT_TRUE(Until([&] { return service.Count("accepted 1") == 1; }));
+  clients[1].Connect(port);
+  EXPECT_TRUE(Until([&] { return clients[1].Read() != Stream::Open; }));
+  EXPECT_EQ(service.Log, Lines{"accepted 1"});
+
+  // A limit that is raised later counts from then on.
+  EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+  later.Connect(port);
+  EXPECT_TRUE(Until([&] { return service.Count("accepted 2") == 1; }));
 }
 
 TEST_F(LiveDescriptors, OpeningFailsWith10024WhenThereIsNone) {
@@ -106,8 +159,7 @@ TEST_F(LiveDescriptors, WithoutADescriptorInReserveItWaitsAndDoesNotSpin) {
 
 TEST_F(LiveDescriptors, OneInReserveIsTakenAgainWhenADescriptorComesFree) {
   ServeOne();
-  TcpPeer first;
-  TcpPeer second;
+  TcpPeer client;
   const int filler = dup(STDERR_FILENO);
   const int another = dup(STDERR_FILENO);
   ASSERT_GE(another, 0);
@@ -115,19 +167,19 @@ TEST_F(LiveDescriptors, OneInReserveIsTakenAgainWhenADescriptorComesFree) {
   LinuxNetwork poor;
   SocketLayer layer(Loop, poor, Resolver);
   RecordingService service(layer);
+  UdpSocket datagrams(layer);
   close(filler);
   const std::int32_t port = service.Listen();
   close(another);
-  first.Connect(port);
-  ASSERT_TRUE(Until([&] { return service.Count("accepted 1") == 1; }));
-  // Its end gives a descriptor back, which now is kept in reserve.
-  first.Reset();
-  const int taken = dup(STDERR_FILENO);  // in place of the client's own
-  ASSERT_TRUE(Until([&] { return service.Count("error 1 10054") == 1; }));
-  second.Connect(port);
-  EXPECT_TRUE(Until([&] { return second.Read() != Stream::Open; }));
+  datagrams.Bind();
+  client.Connect(port);
+  ASSERT_TRUE(Until([&] { return !IsReady(); }));
+  EXPECT_EQ(client.Read(), Stream::Open);
+  // The descriptor that comes free is kept in reserve, and lets the connection be dropped.
+  datagrams.Close();
+  EXPECT_TRUE(Until([&] { return client.Read() != Stream::Open; }));
   EXPECT_TRUE(ComesToRest());
-  close(taken);
+  EXPECT_TRUE(service.Log.empty());
 }
 
 TEST_F(LiveDescriptors, TheLimitIsRaisedToTheHardLimit) {

@@ -9,7 +9,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <utility>
 
@@ -65,6 +67,7 @@ void RaiseDescriptorLimit() {
 
 LinuxNetwork::LinuxNetwork() {
   OpenSpare();
+  ReadDescriptorLimit();
 }
 
 LinuxNetwork::~LinuxNetwork() {
@@ -73,6 +76,20 @@ LinuxNetwork::~LinuxNetwork() {
 
 void LinuxNetwork::OpenSpare() {
   if (Spare_ < 0) Spare_ = open("/dev/null", O_RDONLY | O_CLOEXEC);
+}
+
+void LinuxNetwork::ReadDescriptorLimit() {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+  const int end = static_cast<int>(std::min<rlim_t>(limit.rlim_cur, INT_MAX));
+  ConnectionsEnd_ = std::max(end - KeptBack, end / 2);
+}
+
+bool LinuxNetwork::IsKeptBack(int descriptor) {
+  if (descriptor < ConnectionsEnd_) return false;
+  // The limit may have been raised meanwhile.
+  ReadDescriptorLimit();
+  return descriptor >= ConnectionsEnd_;
 }
 
 Network::Opened LinuxNetwork::OpenDatagram(std::uint16_t port) {
@@ -100,6 +117,11 @@ Network::Accepted LinuxNetwork::Accept(SocketHandle listener) {
   socklen_t length = sizeof peer;
   const int descriptor = accept4(Descriptor(listener), reinterpret_cast<sockaddr *>(&peer), &length,
                                  SOCK_NONBLOCK | SOCK_CLOEXEC);
+  if (descriptor >= 0 && IsKeptBack(descriptor)) {
+    TraceFailure("accept", EMFILE);
+    close(descriptor);
+    return {error_number::TooManyDescriptors, SocketHandle::None, {}};
+  }
   if (descriptor >= 0) return {0, SocketHandle{descriptor}, FromSystem(peer)};
   if (errno == EMFILE || errno == ENFILE) return DropForLackOfDescriptors(Descriptor(listener));
   return {Failed("accept"), SocketHandle::None, {}};
@@ -107,6 +129,7 @@ Network::Accepted LinuxNetwork::Accept(SocketHandle listener) {
 
 Network::Accepted LinuxNetwork::DropForLackOfDescriptors(int listener) {
   TraceFailure("accept", EMFILE);
+  ReadDescriptorLimit();  // it may have been lowered meanwhile
   if (Spare_ >= 0) close(std::exchange(Spare_, -1));
   const int dropped = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
   const int error = errno;

@@ -8,6 +8,11 @@ namespace cvl {
 
 class LinuxNetwork final : public Network {
  public:
+  /// Connections leave this many descriptors to the rest of the program: the log, name
+  /// lookups, the settings and the exchange. Under a limit of less than twice as many they
+  /// leave half of it.
+  static constexpr int KeptBack = 32;
+
   LinuxNetwork();
   ~LinuxNetwork() override;
   LinuxNetwork(const LinuxNetwork &) = delete;
@@ -34,11 +39,17 @@ class LinuxNetwork final : public Network {
 
  private:
   void OpenSpare();
+  void ReadDescriptorLimit();
+  bool IsKeptBack(int descriptor);
   Accepted DropForLackOfDescriptors(int listener);
 
   // A descriptor held in reserve: given up for a moment, it lets a connection be taken
   // and dropped when there is no other, which would otherwise wake the loop for ever.
   int Spare_ = -1;
+
+  // A connection's descriptor is below this number. The kernel gives the lowest free one, so
+  // those from here on are left to others.
+  int ConnectionsEnd_ = 0;
 };
 
 /// Raises the limit of descriptors to what the system allows this process.
