@@ -231,5 +231,15 @@ TEST_F(LiveDatagrams, ADescriptorThatIsUsedAgainInTheSameBatchHearsNothingOfItsF
   close(inherited);
 }
 
+TEST_F(LiveDatagrams, FourHundredWaitWhileTheProcessDoesNotRun) {
+  // The usual buffer has room for some 250.
+  UdpPeer client;
+  for (int count = 0; count < 400; ++count) {
+    client.Send(Server(), "");
+  }
+  EXPECT_TRUE(ComesToRest());
+  EXPECT_EQ(Sizes.size(), 400U);
+}
+
 }  // namespace
 }  // namespace cvl

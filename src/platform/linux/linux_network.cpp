@@ -36,9 +36,15 @@ int Failed(const char *operation) {
   return SocketErrorOf(error);
 }
 
+// How much of the datagrams that wait on a socket the kernel is asked to keep.
+constexpr int ReceiveBuffer = 1024 * 1024;
+
+void Set(int descriptor, int level, int option, int value, const char *name) {
+  if (setsockopt(descriptor, level, option, &value, sizeof value) != 0) TraceFailure(name, errno);
+}
+
 void Enable(int descriptor, int level, int option, const char *name) {
-  const int on = 1;
-  if (setsockopt(descriptor, level, option, &on, sizeof on) != 0) TraceFailure(name, errno);
+  Set(descriptor, level, option, 1, name);
 }
 
 /// A new socket bound to PORT of every address. PREPARE sets options before the bind.
@@ -95,6 +101,9 @@ bool LinuxNetwork::IsKeptBack(int descriptor) {
 Network::Opened LinuxNetwork::OpenDatagram(std::uint16_t port) {
   return OpenBound(SOCK_DGRAM, port, [](int descriptor) {
     Enable(descriptor, IPPROTO_IP, IP_PKTINFO, "IP_PKTINFO");
+    // A reply must find room after a flood of empty datagrams, each of which takes some 800
+    // bytes of it. The system gives less where its own limit is lower.
+    Set(descriptor, SOL_SOCKET, SO_RCVBUF, ReceiveBuffer, "SO_RCVBUF");
   });
 }
 
