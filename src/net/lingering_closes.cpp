@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "base/failure_modes.h"
+
 namespace cvl {
 
 class LingeringCloses::Closing final : public ReadyHandler {
@@ -28,7 +30,7 @@ class LingeringCloses::Closing final : public ReadyHandler {
   bool IsSeen = false;
 
   /// Sends what is left, and ends our stream once all of it is out. False when the peer is
-  /// gone and nothing is left to be done.
+  /// gone, or can't be watched, and nothing is left to be done.
   bool SendRest() {
     if (!Unsent_.empty()) {
       const Network::Transferred sent = Owner_.Network_.Send(Socket_, Unsent_, HoldBack::No);
@@ -36,17 +38,14 @@ class LingeringCloses::Closing final : public ReadyHandler {
       Unsent_.erase(Unsent_.begin(), Unsent_.begin() + static_cast<std::ptrdiff_t>(sent.Bytes));
     }
     if (Unsent_.empty()) Owner_.Network_.FinishSending(Socket_);
-    if (Watched_ || !Unsent_.empty()) Watch();
-    return true;
+    return (Watched_ || !Unsent_.empty()) ? Watch() : true;
   }
 
   /// Sees whether the peer has ended already, and has it watched otherwise. False when
   /// nothing is left to be done.
   bool Look() {
     if (Watched_) return true;
-    if (!Proceed({.Read = true})) return false;
-    Watch();
-    return true;
+    return Proceed({.Read = true}) && Watch();
   }
 
   void OnReady(Readiness readiness) override {
@@ -54,9 +53,11 @@ class LingeringCloses::Closing final : public ReadyHandler {
   }
 
  private:
-  void Watch() {
-    Watched_ = true;
-    Owner_.Loop_.Watch(Socket_, {.Read = !PeerEnded_, .Write = !Unsent_.empty()}, *this);
+  /// False when the system refuses: then nothing would report the peer's end.
+  bool Watch() {
+    const Readiness interest{.Read = !PeerEnded_, .Write = !Unsent_.empty()};
+    Watched_ = !Trap([&] { Owner_.Loop_.Watch(Socket_, interest, *this); });
+    return Watched_;
   }
 
   /// False when the connection is at its end.
@@ -74,8 +75,7 @@ class LingeringCloses::Closing final : public ReadyHandler {
     }
     if (!PeerEnded_) return true;
     // The peer has said all it will, but still takes in what we have left for it.
-    if (!Unsent_.empty()) Watch();
-    return !Unsent_.empty();
+    return !Unsent_.empty() && Watch();
   }
 
   LingeringCloses &Owner_;

@@ -40,7 +40,10 @@ void TcpSocket::Listen() {
     return opened;
   });
   SetState(SocketState::Listening);
-  UpdateWatch();
+  const int error = TryWatch();
+  if (error == 0) return;
+  Close();
+  throw RuntimeError(error);
 }
 
 void TcpSocket::Accept(RequestId request) {
@@ -338,7 +341,21 @@ void TcpSocket::Break(int error) {
 }
 
 void TcpSocket::UpdateWatch() {
-  if (Handle_ == SocketHandle::None) return;
+  const int error = TryWatch();
+  if (error == 0) return;
+  // Nothing would ever be heard of the socket again.
+  if (State_ == SocketState::Listening) {
+    PauseAccepting();
+  } else if (State_ == SocketState::Connecting) {
+    BrokenBy_ = error;
+    Layer_.Loop.Post(*this);
+  } else {
+    Close();
+  }
+}
+
+int TcpSocket::TryWatch() {
+  if (Handle_ == SocketHandle::None) return 0;
   Readiness interest;
   switch (State_) {
     case SocketState::Listening:
@@ -358,10 +375,11 @@ void TcpSocket::UpdateWatch() {
       interest.Write = !Unsent_.empty();
       break;
     default:
-      return;
+      return 0;
   }
-  Layer_.Loop.Watch(Handle_, interest, *this);
-  Watched_ = true;
+  const Failure failure = Trap([&] { Layer_.Loop.Watch(Handle_, interest, *this); });
+  Watched_ = !failure;
+  return failure.Number;
 }
 
 void TcpSocket::Unwatch() {

@@ -94,6 +94,7 @@ class TcpSocket final : public Socket,
   void LetGo();
   void Break(int error);
   void Flush(HoldBack hold_back);
+  [[nodiscard]] int TryWatch();
   void UpdateWatch();
   void Unwatch();
   void ReleaseHandle();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace cvl {
 
@@ -17,10 +18,16 @@ void UdpSocket::Bind() {
 void UdpSocket::Open(std::int32_t port) {
   Handle_ = Layer_.OpenOnPort(
       port, [this](std::uint16_t each) { return Layer_.System.OpenDatagram(each); });
+  const Failure failure = Trap([this] {
+    if (!Batch_) Batch_ = Layer_.System.MakeDatagramBatch();
+    Layer_.Loop.Watch(Handle_, {.Read = true}, *this);
+  });
+  if (failure) {
+    Layer_.System.Close(std::exchange(Handle_, SocketHandle::None));
+    throw RuntimeError(failure.Number, failure.Description);
+  }
   LocalPort_ = port;
   State_ = SocketState::Open;
-  if (!Batch_) Batch_ = Layer_.System.MakeDatagramBatch();
-  Layer_.Loop.Watch(Handle_, {.Read = true}, *this);
 }
 
 void UdpSocket::Close() {

@@ -113,6 +113,7 @@ class EventLoop {
   virtual ~EventLoop() = default;
 
   /// Watches a socket, or changes what is watched for. HANDLER stays valid until Unwatch.
+  /// Raises the socket failure when the system refuses; the socket is then not watched.
   virtual void Watch(SocketHandle socket, Readiness interest, ReadyHandler &handler) = 0;
 
   /// Ends the watch. Events of the present batch for this socket are struck out.

@@ -285,5 +285,19 @@ TEST_F(LingeringClosesTest, GivesAllDescriptorsBackAtItsEnd) {
   EXPECT_FALSE(Loop.IsWatched(peer.Handle()));
 }
 
+TEST_F(LingeringClosesTest, AConnectionThatTheLoopRefusesToWatchIsClosedAtOnce) {
+  Loop.RefusesWatches = error_number::NoBuffers;
+  FakeConnection &open = Connected();
+  Close(open, "");
+  EXPECT_TRUE(open.HasEnded);
+  Loop.Advance(LingeringCloses::LookMs);
+  EXPECT_TRUE(open.IsClosed);
+
+  FakeConnection &unsent = Connected();
+  unsent.LeaveRoom(0);
+  Close(unsent, "answer");
+  EXPECT_TRUE(unsent.IsClosed);
+}
+
 }  // namespace
 }  // namespace cvl

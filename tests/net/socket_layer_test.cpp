@@ -94,5 +94,24 @@ TEST_F(SocketLayerTest, AConnectionIsHandedOverOnce) {
   ExpectRuntimeError(error_number::InvalidArgument, [&] { Layer.TakeRequest(request); });
 }
 
+TEST_F(SocketLayerTest, ASocketThatTheLoopRefusesToWatchStaysClosed) {
+  const TcpEvents events;
+  TcpSocket listener(Layer, events);
+  UdpSocket datagrams(Layer);
+  listener.SetLocalPort(37);
+  datagrams.SetLocalPort(37);
+  Loop.RefusesWatches = error_number::NoBuffers;
+  ExpectRuntimeError(error_number::NoBuffers, [&] { listener.Listen(); });
+  ExpectRuntimeError(error_number::NoBuffers, [&] { datagrams.Bind(); });
+  EXPECT_EQ(listener.State(), SocketState::Closed);
+  EXPECT_EQ(datagrams.State(), SocketState::Closed);
+  EXPECT_EQ(Net.OpenCount(), 0U);
+  Loop.RefusesWatches = 0;
+  listener.Listen();
+  datagrams.Bind();
+  EXPECT_TRUE(Net.IsListening(37));
+  EXPECT_TRUE(Net.IsDatagramOpen(37));
+}
+
 }  // namespace
 }  // namespace cvl

@@ -157,5 +157,15 @@ TEST_F(TcpConnect, OpensNothingWhenTheLayerWasShutDuringTheLookup) {
   EXPECT_EQ(Log, Lines{"error 10050 The network is down"});
 }
 
+TEST_F(TcpConnect, FailsAsAnEventWhereTheLoopRefusesToWatchTheConnection) {
+  Loop.RefusesWatches = error_number::NoBuffers;
+  Connect("10.0.0.9");
+  EXPECT_EQ(Log, Lines{});
+  Loop.Drain();
+  EXPECT_EQ(Log, Lines{"error 10055 No buffer space"});
+  EXPECT_EQ(Client.State(), SocketState::Error);
+  EXPECT_TRUE(Net.Connections.at(0).IsClosed);
+}
+
 }  // namespace
 }  // namespace cvl

@@ -174,5 +174,34 @@ TEST_F(TcpSocketTest, AListenerThatIsClosedInItsPauseStaysClosed) {
   EXPECT_EQ(Loop.WatchCount(), 0U);
 }
 
+TEST_F(TcpSocketTest, AConnectionThatTheLoopRefusesToWatchIsDropped) {
+  Loop.RefusesWatches = error_number::NoBuffers;
+  FakeConnection &refused = Net.Dial(Port, Alice);
+  Loop.Drain();
+  EXPECT_TRUE(refused.HasEnded || refused.IsClosed);
+  EXPECT_EQ(Slots[1].State(), SocketState::Closed);
+  Loop.Advance(LingeringCloses::LookMs);
+  EXPECT_TRUE(refused.IsClosed);
+
+  Loop.RefusesWatches = 0;
+  FakeConnection &later = Net.Dial(Port, Bob);
+  Loop.Drain();
+  EXPECT_FALSE(later.IsClosed);
+  EXPECT_EQ(Service.Log, (Lines{"accepted 1", "accepted 1"}));
+}
+
+TEST_F(TcpSocketTest, AListenerWhosePauseEndsWithoutAWatchPausesAgain) {
+  Net.Fail(Operation::Accept, error_number::NoBuffers, FakeNetwork::Always);
+  FakeConnection &client = Net.Dial(Port, Alice);
+  Loop.Drain();
+  Net.Mend(Operation::Accept);
+  Loop.RefusesWatches = error_number::NoBuffers;
+  Loop.Advance(100);
+  EXPECT_FALSE(client.IsAccepted);
+  Loop.RefusesWatches = 0;
+  Loop.Advance(100);
+  EXPECT_TRUE(client.IsAccepted);
+}
+
 }  // namespace
 }  // namespace cvl

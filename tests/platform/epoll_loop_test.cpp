@@ -1,5 +1,6 @@
 #include "platform/linux/epoll_loop.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 
@@ -11,6 +12,7 @@
 
 #include "tests/platform/loop_parts.h"
 #include "tests/platform/standing_clock.h"
+#include "tests/support/expect_error.h"
 
 namespace cvl {
 namespace {
@@ -96,6 +98,41 @@ TEST_F(EpollLoopTest, IsQuietAboutASocketThatIsNoLongerWatched) {
   Loop.Unwatch(SocketHandle{100000});
   Loop.Watch(bell.Handle(), {.Read = true}, socket);
   EXPECT_EQ(OnePass(), "s");
+}
+
+TEST_F(EpollLoopTest, RaisesTheFailureOfASocketThatTheSystemRefusesToWatch) {
+  // The kernel watches no ordinary file.
+  const int file = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  ASSERT_GE(file, 0);
+  HandlerOf socket([](Readiness) { FAIL() << "never watched"; });
+  ExpectRuntimeError(error_number::AccessDenied,
+                     [&] { Loop.Watch(SocketHandle{file}, {.Read = true}, socket); });
+  close(file);
+
+  // Whatever gets the same number later is watched from the beginning.
+  Bell bell;
+  ASSERT_EQ(bell.Handle(), SocketHandle{file});
+  int events = 0;
+  HandlerOf heir([&](Readiness) { ++events; });
+  bell.Ring();
+  Loop.Watch(bell.Handle(), {.Read = true}, heir);
+  Loop.RunOnePass();
+  EXPECT_EQ(events, 1);
+  Loop.Unwatch(bell.Handle());
+}
+
+TEST_F(EpollLoopTest, WatchesNoLongerWhatTheSystemRefusesToWatchOtherwise) {
+  Bell bell;
+  HandlerOf socket([](Readiness) { FAIL() << "the watch is over"; });
+  Loop.Watch(bell.Handle(), {.Read = true}, socket);
+  const int number = static_cast<int>(bell.Handle());
+  const int file = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  ASSERT_GE(file, 0);
+  ASSERT_EQ(dup2(file, number), number);  // the bell is closed, and its watch gone with it
+  ExpectRuntimeError(error_number::AccessDenied,
+                     [&] { Loop.Watch(SocketHandle{number}, {.Write = true}, socket); });
+  close(file);
+  Loop.RunOnePass();
 }
 
 TEST_F(EpollLoopTest, TellsHangUpAndErrorApart) {

@@ -30,6 +30,7 @@ TEST(SocketErrorOf, TurnsTheSystemsNumbersIntoWinsocks) {
       {ECONNRESET, 10054},
       {EPIPE, 10054},
       {ENOBUFS, 10055},
+      {ENOSPC, 10055},
       {ENOMEM, 10055},
       {ENOTCONN, 10057},
       {ETIMEDOUT, 10060},

@@ -141,6 +141,15 @@ TEST_F(PortStateTest, ACodeThatNoSocketHasLeavesNoFailure) {
   EXPECT_THAT(Failures(), IsEmpty());
 }
 
+TEST_F(PortStateTest, APortThatTheLoopRefusesToWatchIsNotOpen) {
+  Window.eNTP.SetValue(Tick::On);
+  Loop.RefusesWatches = error_number::NoBuffers;
+  Listening.LoadServers("2");
+  Listening.LoadServers("3");
+  EXPECT_THAT(Failures(),
+              ElementsAre("Time TCP 37: No buffer space", "Time UDP 37: No buffer space"));
+}
+
 }  // namespace
 
 }  // namespace cvl

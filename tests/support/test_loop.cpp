@@ -65,6 +65,7 @@ void TestLoop::Forget(SocketHandle socket) {
 
 void TestLoop::Watch(SocketHandle socket, Readiness interest, ReadyHandler &handler) {
   if (Forgotten_.contains(socket)) ADD_FAILURE() << "watched when closed: " << Number(socket);
+  if (RefusesWatches != 0 && !IsWatched(socket)) throw RuntimeError(RefusesWatches);
   Calls.push_back({WatchCall::Kind::Watch, socket, interest});
   const auto [place, is_new] = Watches_.try_emplace(socket);
   if (is_new) place->second.Generation = ++Generations_;

@@ -81,6 +81,9 @@ class TestLoop final : public EventLoop {
   /// watching it later on.
   void Forget(SocketHandle socket);
 
+  /// The failure that each new watch raises from now on; 0 for none.
+  int RefusesWatches = 0;
+
   /// What another loop is told to watch in place of this one.
   SocketHandle Wakes = SocketHandle::None;
 

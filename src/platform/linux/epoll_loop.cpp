@@ -77,15 +77,21 @@ void EpollLoop::Watch(SocketHandle socket, Readiness interest, ReadyHandler &han
   Watched &watched = Watched_[place];
   const bool is_new = watched.Handler == nullptr;
   const std::uint32_t events = EventsOf(interest);
-  watched.Handler = &handler;
-  if (!is_new && watched.Events == events) return;
-  watched.Events = events;
+  if (!is_new && watched.Events == events) {
+    watched.Handler = &handler;
+    return;
+  }
   epoll_event event{};
   event.events = events;
   event.data.u64 = KeyOf(descriptor, watched.Generation);
   if (epoll_ctl(Epoll_, is_new ? EPOLL_CTL_ADD : EPOLL_CTL_MOD, descriptor, &event) != 0) {
-    TraceFailure("epoll_ctl", errno);
+    const int error = errno;
+    TraceFailure("epoll_ctl", error);
+    Unwatch(socket);
+    throw RuntimeError(SocketErrorOf(error));
   }
+  watched.Handler = &handler;
+  watched.Events = events;
 }
 
 void EpollLoop::Unwatch(SocketHandle socket) {

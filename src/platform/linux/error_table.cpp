@@ -38,6 +38,7 @@ constexpr Row SocketRows[] = {
     {EPIPE, error_number::ConnectionReset},
     {ENOBUFS, error_number::NoBuffers},
     {ENOMEM, error_number::NoBuffers},
+    {ENOSPC, error_number::NoBuffers},  // too many descriptors watched by this user
     {ENOTCONN, error_number::NotConnected},
     {ETIMEDOUT, error_number::TimedOut},
     {ECONNREFUSED, error_number::ConnectionRefused},
