@@ -8,10 +8,12 @@
 //              mode.Step([&] { TOR_NTP = GrabTime(); });
 //              if (!mode.Step([&] { socket.SendData(reply); })) return;
 //
-// Only RuntimeError is caught. Anything else is a mistake of ours and goes through.
+// RuntimeError is caught, and memory that runs out, as failure OutOfMemory (7). Any other
+// exception is a bug of ours and propagates.
 
 #pragma once
 
+#include <new>
 #include <string>
 #include <utility>
 
@@ -35,6 +37,20 @@ template <class Body>
     return {};
   } catch (const RuntimeError &error) {
     return {error.Number(), error.what()};
+  } catch (const std::bad_alloc &) {
+    // Short enough to be stored in the string itself: this allocates nothing.
+    return {error_number::OutOfMemory, DescriptionOf(error_number::OutOfMemory)};
+  }
+}
+
+/// Runs a routine's body. True when memory ran out in it; any other failure propagates.
+template <class Body>
+[[nodiscard]] bool RunsOutOfMemory(Body &&body) {
+  try {
+    std::forward<Body>(body)();
+    return false;
+  } catch (const std::bad_alloc &) {
+    return true;
   }
 }
 
@@ -44,13 +60,9 @@ class ContinueOnFailure {
   /// Runs one step. False when it failed; what it had done before that stays done.
   template <class Work>
   bool Step(Work &&work) {
-    try {
-      std::forward<Work>(work)();
-      Number_ = 0;
-    } catch (const RuntimeError &error) {
-      Number_ = error.Number();
-      Description_ = error.what();
-    }
+    Failure failure = Trap(std::forward<Work>(work));
+    Number_ = failure.Number;
+    if (failure) Description_ = std::move(failure.Description);
     return Number_ == 0;
   }
 

@@ -101,7 +101,17 @@ void LingeringCloses::Add(SocketHandle socket, std::vector<std::uint8_t> unsent)
     Network_.Close(socket);
     return;
   }
-  Closing_.push_back(std::make_unique<Closing>(*this, socket, std::move(unsent)));
+  // The entry comes first: a Closing that is made closes its socket when it goes.
+  std::list<std::unique_ptr<Closing>> added;
+  const Failure failure = Trap([&] {
+    added.emplace_back();
+    added.back() = std::make_unique<Closing>(*this, socket, std::move(unsent));
+  });
+  if (failure) {
+    Network_.Close(socket);
+    return;
+  }
+  Closing_.splice(Closing_.end(), added);
   Closing &closing = *Closing_.back();
   closing.Place = std::prev(Closing_.end());
   if (FirstUnseen_ == Closing_.end()) FirstUnseen_ = closing.Place;

@@ -34,7 +34,8 @@ class LingeringCloses {
   LingeringCloses(const LingeringCloses &) = delete;
   LingeringCloses &operator=(const LingeringCloses &) = delete;
 
-  /// Takes over a connected socket that nobody watches any more. UNSENT goes out first.
+  /// Takes over a connected socket that isn't watched any more. UNSENT goes out first. Without
+  /// the memory for that the socket is closed at once.
   void Add(SocketHandle socket, std::vector<std::uint8_t> unsent);
 
   std::size_t Count() const { return Closing_.size(); }

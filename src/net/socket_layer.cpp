@@ -1,6 +1,7 @@
 #include "net/socket_layer.h"
 
 #include <algorithm>
+#include <new>
 #include <random>
 
 namespace cvl {
@@ -19,27 +20,44 @@ std::int32_t SocketLayer::DrawPort() {
   return std::uniform_int_distribution<std::int32_t>(1024, 32767)(device);
 }
 
+bool SocketLayer::HasMemoryForConnections() {
+  void *memory = ::operator new(MemoryKeptBack, std::nothrow);
+  ::operator delete(memory);
+  return memory != nullptr;
+}
+
 RequestId SocketLayer::AddRequest(SocketHandle socket, Endpoint peer) {
   LastRequest_ = LastRequest_ == INT32_MAX ? 1 : LastRequest_ + 1;
   Requests_.push_back({LastRequest_, socket, peer});
   return LastRequest_;
 }
 
-SocketLayer::Request SocketLayer::TakeRequest(RequestId id) {
-  const auto found = std::find_if(Requests_.begin(), Requests_.end(),
-                                  [id](const Request &each) { return each.Id == id; });
-  if (found == Requests_.end()) throw RuntimeError(error_number::InvalidArgument);
+SocketLayer::Request SocketLayer::TakeRequest(RequestId id, TcpSocket &taker) {
+  const auto found = FindRequest(id);
+  if (found == Requests_.end() || found->Taker != nullptr) {
+    throw RuntimeError(error_number::InvalidArgument);
+  }
   const Request request = *found;
-  Requests_.erase(found);
+  found->Socket = SocketHandle::None;
+  found->Taker = &taker;
   return request;
 }
 
+TcpSocket *SocketLayer::TakerOf(RequestId id) {
+  const auto found = FindRequest(id);
+  return found == Requests_.end() ? nullptr : found->Taker;
+}
+
 void SocketLayer::DropRequest(RequestId id) {
-  const auto found = std::find_if(Requests_.begin(), Requests_.end(),
-                                  [id](const Request &each) { return each.Id == id; });
+  const auto found = FindRequest(id);
   if (found == Requests_.end()) return;
-  System.Close(found->Socket);
+  if (found->Socket != SocketHandle::None) System.Close(found->Socket);
   Requests_.erase(found);
+}
+
+std::vector<SocketLayer::Request>::iterator SocketLayer::FindRequest(RequestId id) {
+  return std::find_if(Requests_.begin(), Requests_.end(),
+                      [id](const Request &each) { return each.Id == id; });
 }
 
 }  // namespace cvl

@@ -15,6 +15,8 @@ namespace cvl {
 /// Identifies a connection that asks to be accepted, while its event lasts.
 using RequestId = std::int32_t;
 
+class TcpSocket;
+
 class SocketLayer {
  public:
   /// LOOP, NETWORK and RESOLVER outlive the layer, and the layer all sockets made on it.
@@ -50,24 +52,35 @@ class SocketLayer {
     return opened.Socket;
   }
 
-  /// A connection that waits for a handler to accept it.
+  /// Connections are taken only while this much more memory can be had: the log, the settings
+  /// and the exchange go on in it, however many connections there are.
+  static constexpr std::size_t MemoryKeptBack = std::size_t{256} * 1024;
+
+  /// Whether the memory that is kept back from connections can be had.
+  static bool HasMemoryForConnections();
+
+  /// A connection that asks to be accepted.
   struct Request {
     RequestId Id = 0;
-    SocketHandle Socket = SocketHandle::None;
+    SocketHandle Socket = SocketHandle::None;  ///< None once it is taken
     Endpoint Peer;
+    TcpSocket *Taker = nullptr;  ///< the socket that has taken it
   };
 
-  /// Keeps a connection until it is taken or dropped, and gives it a number.
+  /// Keeps a connection until DropRequest, and gives it a number.
   RequestId AddRequest(SocketHandle socket, Endpoint peer);
-  /// Hands a connection over; raises 10014 when there is none of that number.
-  Request TakeRequest(RequestId id);
-  /// Closes a connection that nobody has taken.
+  /// Hands a connection over to TAKER; raises 10014 when there is none of that number.
+  Request TakeRequest(RequestId id, TcpSocket &taker);
+  /// The socket that has taken a connection, null when none has.
+  TcpSocket *TakerOf(RequestId id);
+  /// Forgets a connection, and closes it unless it was taken.
   void DropRequest(RequestId id);
 
  private:
   static constexpr int MostPortAttempts = 200;
 
   static std::int32_t DrawPort();
+  std::vector<Request>::iterator FindRequest(RequestId id);
 
   bool Shut_ = false;
   RequestId LastRequest_ = 0;

@@ -48,7 +48,8 @@ void TcpSocket::Listen() {
 
 void TcpSocket::Accept(RequestId request) {
   if (State_ != SocketState::Closed) throw RuntimeError(error_number::BadProtocolOrState);
-  const SocketLayer::Request taken = Layer_.TakeRequest(request);
+  const SocketLayer::Request taken = Layer_.TakeRequest(request, *this);
+  Request_ = request;
   Handle_ = taken.Socket;
   SetPeer(taken.Peer);
   SetRemoteHost(taken.Peer.Address);
@@ -115,6 +116,7 @@ void TcpSocket::Close() {
   PostedEvent::Unlink();
   Unread_.clear();
   Unsent_.clear();
+  Request_ = 0;
   SetState(SocketState::Closed);
 }
 
@@ -264,12 +266,29 @@ void TcpSocket::AcceptWaiting() {
 }
 
 void TcpSocket::RaiseRequest(const Network::Accepted &accepted) {
-  const RequestId request = Layer_.AddRequest(accepted.Socket, accepted.Peer);
+  RequestId request = 0;
+  const bool is_kept = SocketLayer::HasMemoryForConnections() && !RunsOutOfMemory([&] {
+                         request = Layer_.AddRequest(accepted.Socket, accepted.Peer);
+                       });
+  if (!is_kept) {
+    Layer_.System.Close(accepted.Socket);
+    return;
+  }
   SetPeer(accepted.Peer);
   if (Events_.ConnectionRequest) {
-    Layer_.Loop.Dispatch([&] { Events_.ConnectionRequest(Index_, request); });
+    Layer_.Loop.Dispatch([&] {
+      if (RunsOutOfMemory([&] { Events_.ConnectionRequest(Index_, request); })) {
+        CloseTaker(request);
+      }
+    });
   }
   Layer_.DropRequest(request);
+}
+
+void TcpSocket::CloseTaker(RequestId request) {
+  TcpSocket *taker = Layer_.TakerOf(request);
+  // It may carry another connection by then.
+  if (taker != nullptr && taker->Request_ == request) taker->Close();
 }
 
 void TcpSocket::PauseAccepting() {
@@ -343,7 +362,7 @@ void TcpSocket::Break(int error) {
 void TcpSocket::UpdateWatch() {
   const int error = TryWatch();
   if (error == 0) return;
-  // Nothing would ever be heard of the socket again.
+  // No event of the socket would ever be reported again.
   if (State_ == SocketState::Listening) {
     PauseAccepting();
   } else if (State_ == SocketState::Connecting) {

@@ -85,6 +85,7 @@ class TcpSocket final : public Socket,
   void SetState(SocketState state);
   void AcceptWaiting();
   void RaiseRequest(const Network::Accepted &accepted);
+  void CloseTaker(RequestId request);
   void PauseAccepting();
   void OpenConnection();
   void FinishConnecting();
@@ -102,6 +103,7 @@ class TcpSocket final : public Socket,
   const TcpEvents &Events_;
   const ClosedChanged *ClosedChanged_;
   std::int16_t Index_;
+  RequestId Request_ = 0;  // the one that was accepted, until the socket is closed
   bool Watched_ = false;
   bool SendCompletePending_ = false;
   bool HeldBack_ = false;  // the system keeps what was sent, for what follows

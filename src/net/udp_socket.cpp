@@ -85,7 +85,7 @@ void UdpSocket::HandOutWaiting() {
 bool UdpSocket::IsHeldBack(const Datagram &datagram) {
   if (!LoopGuard::IsSuspicious(datagram.Sender.Port, LocalPort_)) return false;
   // An upstream always sends from a suspicious port. Counted with the rest, its reply would be
-  // lost whenever somebody forges fifty datagrams a second in its name.
+  // lost to anyone who forges fifty datagrams a second in its name.
   if (IsAwaitedReply && IsAwaitedReply(datagram.Bytes)) return false;
   if (!Guard_) Guard_ = std::make_unique<LoopGuard>();
   return !Guard_->Admit(datagram.Sender.Address, Layer_.Loop.MonotonicMs());

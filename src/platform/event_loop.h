@@ -20,6 +20,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <new>
 #include <vector>
 
 #include "base/runtime_error.h"
@@ -113,7 +114,8 @@ class EventLoop {
   virtual ~EventLoop() = default;
 
   /// Watches a socket, or changes what is watched for. HANDLER stays valid until Unwatch.
-  /// Raises the socket failure when the system refuses; the socket is then not watched.
+  /// Raises the socket failure when the system refuses, or OutOfMemory (7); the socket is then
+  /// not watched.
   virtual void Watch(SocketHandle socket, Readiness interest, ReadyHandler &handler) = 0;
 
   /// Ends the watch. Events of the present batch for this socket are struck out.
@@ -156,6 +158,8 @@ class EventLoop {
       Settle(SettlePoint::EndOfEvent);
     } catch (const RuntimeError &error) {
       Fatal(error);
+    } catch (const std::bad_alloc &) {
+      Fatal(OutOfMemory_);
     }
   }
 
@@ -187,6 +191,8 @@ class EventLoop {
   void ArmNextTimer();
   [[noreturn]] void Fatal(const RuntimeError &error);
 
+  // Made beforehand: when it is needed, there is no memory to make it.
+  const RuntimeError OutOfMemory_{error_number::OutOfMemory};
   std::vector<LoopTimer *> Timers_;
   std::int64_t ArmedMs_ = -1;
   IntrusiveList<PostedEvent, PostedTag> Posted_;

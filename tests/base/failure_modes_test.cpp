@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -28,6 +29,26 @@ TEST(Trap, LandsBehindTheBodyWithNumberAndDescription) {
   EXPECT_TRUE(failure);
   EXPECT_EQ(failure.Number, 53);
   EXPECT_EQ(failure.Description, "File not found");
+}
+
+TEST(Trap, CatchesMemoryThatRunsOutAsFailure7) {
+  const Failure failure = Trap([] { throw std::bad_alloc(); });
+  EXPECT_EQ(failure.Number, error_number::OutOfMemory);
+  EXPECT_EQ(failure.Description, "Out of memory");
+}
+
+TEST(ContinueOnFailure, SkipsAStepThatRunsOutOfMemory) {
+  ContinueOnFailure mode;
+  EXPECT_FALSE(mode.Step([] { throw std::bad_alloc(); }));
+  EXPECT_EQ(mode.Number(), error_number::OutOfMemory);
+  EXPECT_EQ(mode.Description(), "Out of memory");
+  EXPECT_TRUE(mode.Step([] {}));
+}
+
+TEST(RunsOutOfMemory, ReportsThatAloneAndPropagatesFailures) {
+  EXPECT_FALSE(RunsOutOfMemory([] {}));
+  EXPECT_TRUE(RunsOutOfMemory([] { throw std::bad_alloc(); }));
+  EXPECT_THROW(static_cast<void>(RunsOutOfMemory([] { throw RuntimeError(6); })), RuntimeError);
 }
 
 TEST(Trap, LetsOtherExceptionsThrough) {

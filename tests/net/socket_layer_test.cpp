@@ -90,8 +90,17 @@ TEST_F(SocketLayerTest, WhatIsOpenWhenItShutsStaysSoUntilItIsClosed) {
 TEST_F(SocketLayerTest, AConnectionIsHandedOverOnce) {
   FakeConnection &client = Net.Dial(0, Alice);
   const RequestId request = Layer.AddRequest(client.Handle(), Alice);
-  EXPECT_EQ(Layer.TakeRequest(request).Peer, Alice);
-  ExpectRuntimeError(error_number::InvalidArgument, [&] { Layer.TakeRequest(request); });
+  const TcpEvents events;
+  TcpSocket first(Layer, events);
+  TcpSocket second(Layer, events);
+  EXPECT_EQ(Layer.TakerOf(request), nullptr);
+  EXPECT_EQ(Layer.TakeRequest(request, first).Peer, Alice);
+  ExpectRuntimeError(error_number::InvalidArgument, [&] { Layer.TakeRequest(request, second); });
+  EXPECT_EQ(Layer.TakerOf(request), &first);
+  Layer.DropRequest(request);
+  EXPECT_FALSE(client.IsClosed);
+  EXPECT_EQ(Layer.TakerOf(request), nullptr);
+  ExpectRuntimeError(error_number::InvalidArgument, [&] { Layer.TakeRequest(request, first); });
 }
 
 TEST_F(SocketLayerTest, ASocketThatTheLoopRefusesToWatchStaysClosed) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <deque>
 #include <functional>
+#include <new>
 #include <optional>
 #include <string>
 
@@ -109,7 +110,7 @@ TEST_F(EpollLoopTest, RaisesTheFailureOfASocketThatTheSystemRefusesToWatch) {
                      [&] { Loop.Watch(SocketHandle{file}, {.Read = true}, socket); });
   close(file);
 
-  // Whatever gets the same number later is watched from the beginning.
+  // A descriptor that reuses the number is watched as a new one.
   Bell bell;
   ASSERT_EQ(bell.Handle(), SocketHandle{file});
   int events = 0;
@@ -133,6 +134,22 @@ TEST_F(EpollLoopTest, WatchesNoLongerWhatTheSystemRefusesToWatchOtherwise) {
                      [&] { Loop.Watch(SocketHandle{number}, {.Write = true}, socket); });
   close(file);
   Loop.RunOnePass();
+}
+
+TEST_F(EpollLoopTest, MemoryThatRunsOutInAnEventIsFatalFailure7) {
+  Bell bell;
+  HandlerOf socket([](Readiness) { throw std::bad_alloc(); });
+  int fatal = 0;
+  Loop.OnFatal = [&](const RuntimeError &error) {
+    fatal = error.Number();
+    EXPECT_STREQ(error.what(), "Out of memory");
+    throw FatalReached{error.Number()};
+  };
+  Loop.Watch(bell.Handle(), {.Read = true}, socket);
+  bell.Ring();
+  EXPECT_THROW(Loop.RunOnePass(), FatalReached);
+  EXPECT_EQ(fatal, error_number::OutOfMemory);
+  Loop.Unwatch(bell.Handle());
 }
 
 TEST_F(EpollLoopTest, TellsHangUpAndErrorApart) {
