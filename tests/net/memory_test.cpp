@@ -1,9 +1,11 @@
-// Connections when memory runs out.
+// Connections and lookups when memory runs out.
 
+#include <atomic>
 #include <cstdlib>
 #include <limits>
 #include <new>
 
+#include "platform/linux/linux_resolver.h"
 #include "tests/net/live_test.h"
 
 namespace {
@@ -17,7 +19,11 @@ thread_local bool IsOneFailure = false;
 thread_local std::size_t SmallestFailing = 0;
 thread_local int Failed = 0;
 
+thread_local bool IsTestThread = false;
+std::atomic<bool> OthersFail = false;
+
 void *Allocate(std::size_t size) {
+  if (!IsTestThread && OthersFail) return nullptr;
   if (size >= SmallestFailing && SucceedBefore != Never && SucceedBefore-- <= 0) {
     ++Failed;
     SucceedBefore = IsOneFailure ? Never : 0;
@@ -52,6 +58,7 @@ using Stream = TcpPeer::Stream;
 class Memory : public LiveTest {
  protected:
   Memory() : Port(Service.Listen()) {
+    IsTestThread = true;
     Service.OnAccepted = [this](std::int16_t slot) {
       Service.Slots[slot].SendText(std::string(100, 'x'));
     };
@@ -59,6 +66,7 @@ class Memory : public LiveTest {
   ~Memory() override { Allow(); }
 
   void Allow() {
+    OthersFail = false;
     SucceedBefore = Never;
     SmallestFailing = 0;
   }
@@ -161,6 +169,47 @@ TEST_F(Memory, ASocketThatItIsShortForStaysClosed) {
   EXPECT_EQ(datagrams.State(), SocketState::Closed);
   datagrams.Bind();
   EXPECT_EQ(datagrams.State(), SocketState::Open);
+}
+
+class MemoryOfLookups : public Memory {
+ protected:
+  /// A lookup that ends at once, without asking anybody. False when it could not begin.
+  bool LookUp() {
+    return !Trap([this] {
+      Lookups.LookUp(NoName, [this](std::optional<Ipv4Address> address) {
+        EXPECT_FALSE(address);
+        ++Answers;
+      });
+    });
+  }
+
+  const std::string NoName = std::string("no\0name", 7);
+  LinuxResolver Lookups{Loop};
+  int Answers = 0;
+};
+
+TEST_F(MemoryOfLookups, OneAllocationThatFailsLeavesNoLookupWithoutAnAnswer) {
+  int expected = 0;
+  bool has_failed = true;
+  for (int at = 0; has_failed; ++at) {
+    Failed = 0;
+    IsOneFailure = true;
+    SucceedBefore = at;
+    if (LookUp()) ++expected;
+    has_failed = Failed > 0;
+    Allow();
+    ASSERT_TRUE(Until([&] { return Answers == expected; })) << at;
+    // The next of the same name neither waits for one that never began.
+    ASSERT_TRUE(LookUp()) << at;
+    ++expected;
+    ASSERT_TRUE(Until([&] { return Answers == expected; })) << at;
+  }
+}
+
+TEST_F(MemoryOfLookups, AThreadThatItIsShortForHasNoAnswer) {
+  OthersFail = true;
+  ASSERT_TRUE(LookUp());
+  EXPECT_TRUE(Until([&] { return Answers == 1; }));
 }
 
 }  // namespace

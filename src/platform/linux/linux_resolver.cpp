@@ -7,10 +7,11 @@
 
 #include <cerrno>
 #include <cstring>
+#include <list>
 #include <mutex>
 #include <utility>
 
-#include "base/runtime_error.h"
+#include "base/failure_modes.h"
 #include "platform/linux/error_table.h"
 #include "platform/linux/linux_datagrams.h"
 
@@ -22,6 +23,9 @@ struct LinuxResolver::Mailbox {
     std::string Name;
     std::optional<Ipv4Address> Address;
   };
+  /// One letter. It is made before its lookup begins and moved as a whole, so that the answer
+  /// needs no memory.
+  using Envelope = std::list<Letter>;
 
   Mailbox() : Bell(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {
     if (Bell < 0) throw RuntimeError(error_number::TooManyDescriptors);
@@ -30,14 +34,14 @@ struct LinuxResolver::Mailbox {
   Mailbox(const Mailbox &) = delete;
   Mailbox &operator=(const Mailbox &) = delete;
 
-  void Put(Letter letter) {
+  void Put(Envelope &letter) {
     const std::lock_guard lock(Lock);
-    Letters.push_back(std::move(letter));
+    Letters.splice(Letters.end(), letter);
     const std::uint64_t one = 1;
     if (write(Bell, &one, sizeof one) < 0) TraceFailure("eventfd", errno);
   }
 
-  std::vector<Letter> TakeAll() {
+  Envelope TakeAll() {
     const std::lock_guard lock(Lock);
     std::uint64_t rings = 0;
     if (read(Bell, &rings, sizeof rings) < 0) TraceFailure("eventfd", errno);
@@ -46,7 +50,7 @@ struct LinuxResolver::Mailbox {
 
   const int Bell;
   std::mutex Lock;
-  std::vector<Letter> Letters;
+  Envelope Letters;
 };
 
 namespace {
@@ -75,11 +79,11 @@ std::optional<Ipv4Address> Ask(const std::string &name) {
 /// Starts a thread that nobody waits for, with a stack that fits a lookup. False when the
 /// system gives no thread.
 bool StartThread(std::function<void()> work) {
+  auto owned = std::make_unique<std::function<void()>>(std::move(work));
   pthread_attr_t attributes;
   if (pthread_attr_init(&attributes) != 0) return false;
   pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
   pthread_attr_setstacksize(&attributes, std::size_t{512} * 1024);
-  auto owned = std::make_unique<std::function<void()>>(std::move(work));
   pthread_t thread;
   const int error = pthread_create(
       &thread, &attributes,
@@ -110,16 +114,29 @@ LinuxResolver::~LinuxResolver() {
 }
 
 void LinuxResolver::LookUp(const std::string &name, Answer answer) {
-  const auto [waiting, is_new] = Waiting_.try_emplace(name);
-  waiting->second.push_back(std::move(answer));
-  if (!is_new) return;
-  const bool has_room = Waiting_.size() <= MostLookups;
-  const bool asked = has_room && StartThread([mailbox = Mailbox_, name] {
-                       mailbox->Put({name, Ask(name)});
-                     });
-  if (!asked) {
-    Mailbox_->Put({name, Failed(name, has_room ? "no thread" : "too many others are waiting")});
+  const auto known = Waiting_.find(name);
+  if (known != Waiting_.end()) {
+    known->second.push_back(std::move(answer));
+    return;
   }
+  const auto letter = std::make_shared<Mailbox::Envelope>(1, Mailbox::Letter{name, {}});
+  std::vector<Answer> answers;
+  answers.push_back(std::move(answer));
+  Waiting_.emplace(name, std::move(answers));
+  const bool has_room = Waiting_.size() <= MostLookups;
+  bool is_asked = false;
+  const Failure failure = Trap([&] {
+    is_asked = has_room && StartThread([mailbox = Mailbox_, letter] {
+                 // A thread that runs out of memory has no answer; nothing may leave it.
+                 Mailbox::Letter &found = letter->front();
+                 if (Trap([&] { found.Address = Ask(found.Name); })) found.Address.reset();
+                 mailbox->Put(*letter);
+               });
+  });
+  if (is_asked) return;
+  // Before anything that takes memory: what waits for the name waits for this letter.
+  Mailbox_->Put(*letter);
+  Failed(name, !has_room ? "too many others are waiting" : failure ? "no memory" : "no thread");
 }
 
 void LinuxResolver::OnReady(Readiness) {
