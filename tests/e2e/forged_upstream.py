@@ -1,14 +1,16 @@
 """Strangers who send in the name of the upstream, more than the loop guard lets through."""
 
+import time
+
 from forging import Flood, Forger
-from harness import DEADLINE, OTHER_PEER_ADDRESS, PEER_ADDRESS, World, run_all, wait_until
+from harness import DEADLINE, PEER_ADDRESS, World, run_all, wait_until
 
 STARTS_UNDER_FLOOD = 8
 SYNCHRONISATIONS = 20
 
 
-def Refused(server):
-    """How many of the upstream's datagrams got through that weren't a reply."""
+def GotThrough(server):
+    """How many of the upstream's datagrams got through that weren't taken as a reply."""
     return sum(1 for line in server.log_lines() if line.split()[2] == PEER_ADDRESS)
 
 
@@ -22,7 +24,7 @@ def TestAFloodInTheNameOfTheUpstreamKeepsTheGateOfNoStartShut():
                 server = world.server()
                 # The only request of the run for an hour: its reply gets in, or none does.
                 server.wait_for_gate()
-                wait_until(lambda: Refused(server) >= 50 * (number + 1), "the guard's limit")
+                wait_until(lambda: GotThrough(server) >= 50 * (number + 1), "the guard's limit")
                 assert server.stop() == 0
         finally:
             flood.stop()
@@ -58,14 +60,12 @@ def TestACopyOfTheReplyIsLimitedLikeAnyOtherDatagram():
             reply = bytes(24) + asked[40:48] + bytes(8) + bytes.fromhex("c1b6b0c000000000")
             upstream.sendto(reply, sender)
             server.wait_for_gate()
+            began = time.monotonic()
             for _ in range(200):
                 upstream.sendto(reply, sender)
-            with world.peer_socket() as client:
-                client.bind((OTHER_PEER_ADDRESS, 0))
-                # In its turn after the copies.
-                assert server.ask_ntp() is not None
-            # Two hundred come within one or two of the guard's seconds.
-            assert 50 <= Refused(server) <= 100, Refused(server)
+            assert server.ask_ntp() is not None  # in its turn, after the copies
+            most = 50 * (int(time.monotonic() - began) + 2)
+            assert 50 <= GotThrough(server) <= most, GotThrough(server)
             assert server.stop() == 0
 
 
