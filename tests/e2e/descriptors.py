@@ -1,4 +1,4 @@
-"""What goes on when clients hold every descriptor that they can get."""
+"""Clients that hold every descriptor that they can get, and what must keep working."""
 
 import os
 import resource
