@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <cstdint>
+
 #include "platform/network.h"
 
 namespace cvl {
@@ -49,7 +51,7 @@ class LinuxNetwork final : public Network {
 
   // A connection's descriptor is below this number. The kernel gives the lowest free one, so
   // those from here on are left to others.
-  int ConnectionsEnd_ = 0;
+  int ConnectionsEnd_ = INT32_MAX;
 };
 
 /// Raises the limit of descriptors to what the system allows this process.
