@@ -1,9 +1,9 @@
 """What the sync exchange does when something goes wrong, as seen from the outside."""
 
-import os
 import socket
 
-from harness import PEER_ADDRESS, SERVER_ADDRESS, World, request, run_all, wait_until
+from harness import (PEER_ADDRESS, SERVER_ADDRESS, World, bind_over, request, run_all,
+                     wait_until)
 
 
 def TestWithoutAServerNothingIsAsked():
@@ -35,12 +35,14 @@ def TestWithoutAServerFileNoListenerOpens():
 
 
 def TestAnUnknownHostIsRetriedOnTheNextTickWithAnotherServer():
-    # The draw gives the first and the last of three half the chance of the second.
-    with World(servers=("no-such-host.invalid", PEER_ADDRESS, PEER_ADDRESS)) as world:
-        with open(os.path.join(world.home, "hosts"), "w", encoding="ascii") as hosts:
-            hosts.write("127.0.0.1 localhost\n")
+    bind_over("/etc/nsswitch.conf", "hosts: files\n")
+    with World() as world:
+        # The run begins with the first server; the region of the settings has only the second.
+        world.write_server_file(["no-such-host.invalid:::Unknown EU:::2:::",
+                                 f"{PEER_ADDRESS}:::Known NA:::2:::"])
         world.upstream()
-        server = world.server()
+        server = world.server(environment={"CHRONVALE_TRACE": "1"})
+        server.errors.wait_for("^cvlserver: lookup of no-such-host.invalid: ")
         server.wait_for_gate()
 
 
