@@ -20,11 +20,6 @@ LEAKS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "leaks.txt")
 TRAY_WIDTH = 120
 TRAY_HEIGHT = 28
 
-# What toolkits and desktop sessions would read, and the test's own session must not lend.
-_SESSION_VARIABLES = ("DBUS_SESSION_BUS_ADDRESS", "WAYLAND_DISPLAY", "SESSION_MANAGER",
-                      "XAUTHORITY", "XDG_RUNTIME_DIR", "XDG_CURRENT_DESKTOP", "QT_SCALE_FACTOR",
-                      "QT_STYLE_OVERRIDE")
-
 
 class Desktop:
     def __init__(self, world, size="1024x768", tray=False, scale=None):
@@ -92,9 +87,7 @@ class Desktop:
 
     def environment(self):
         """What a program needs to find the display."""
-        found = {name: value for name, value in os.environ.items()
-                 if name not in _SESSION_VARIABLES}
-        found.update(HOME=self.world.home, XDG_RUNTIME_DIR=self.world.home, NO_AT_BRIDGE="1",
+        found = dict(os.environ, HOME=self.world.home, XDG_RUNTIME_DIR=self.world.home,
                      LSAN_OPTIONS=f"suppressions={LEAKS}:print_suppressions=0")
         if self.display:
             found.update(DISPLAY=self.display, QT_QPA_PLATFORM="xcb")
