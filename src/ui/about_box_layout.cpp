@@ -8,7 +8,7 @@ namespace {
 
 using namespace window_style;
 
-constexpr LayoutRow<AboutBox> Rows[] = {
+constexpr LayoutRow<AboutBox> AboutRows[] = {
     {Banner(5400)},
     {ProductName("Chronvale SVR v5.0", 4290)},
     {Headline("About Chronvale Server", 4275), ModelOf<&AboutBox::ROT>},
@@ -25,7 +25,7 @@ constexpr LayoutRow<AboutBox> Rows[] = {
 }  // namespace
 
 WindowLayout AboutBoxLayout(AboutBox &window) {
-  return {"CVL_AboutSVR", 5400, 2040, PlaceControls<AboutBox>(Rows, window)};
+  return {"CVL_AboutSVR", 5400, 2040, PlaceControls<AboutBox>(AboutRows, window)};
 }
 
 }  // namespace cvl

@@ -10,7 +10,7 @@ using namespace window_style;
 
 using Window = ConfigurationWindow;
 
-constexpr LayoutRow<Window> Rows[] = {
+constexpr LayoutRow<Window> ConfigurationRows[] = {
     {Banner(5400)},
     {ProductName("Chronvale SVR v5.0", 4290)},
     {Headline("Advanced Setup Options:  Select your region  and startup options for CVL Server "
@@ -76,7 +76,7 @@ constexpr LayoutRow<Window> Rows[] = {
 }  // namespace
 
 WindowLayout ConfigurationWindowLayout(ConfigurationWindow &window) {
-  return {"CVL_ConfigSVR", 5400, 4530, PlaceControls<Window>(Rows, window)};
+  return {"CVL_ConfigSVR", 5400, 4530, PlaceControls<Window>(ConfigurationRows, window)};
 }
 
 }  // namespace cvl

@@ -97,7 +97,7 @@ constexpr ControlLayout Lamp(int lamp, int left, int top) {
 
 using W = MainWindow;
 
-constexpr LayoutRow<MainWindow> Rows[] = {
+constexpr LayoutRow<MainWindow> MainRows[] = {
     {Banner(6045)},
     {ProductName("Chronvale SVR v5.1", 4935)},
     {Headline("Server Edition - Running ALL Major World Time Protocol Services 24 hours a day...",
@@ -241,7 +241,7 @@ constexpr LayoutRow<MainWindow> Rows[] = {
 }  // namespace
 
 WindowLayout MainWindowLayout(MainWindow &window) {
-  return {"CVL_Server", 6045, 6015, PlaceControls<MainWindow>(Rows, window)};
+  return {"CVL_Server", 6045, 6015, PlaceControls<MainWindow>(MainRows, window)};
 }
 
 std::array<MenuEntry *, 3> MainMenuEntries(MainWindow &window) {

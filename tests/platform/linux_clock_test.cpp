@@ -23,10 +23,6 @@ constexpr std::time_t Winter = 1737028800;         // 16 January 2025, 12:00:00 
 constexpr std::time_t Summer = 1752667200;         // 16 July 2025, 12:00:00 UTC
 constexpr std::time_t SpringForward = 1741503600;  // 9 March 2025, 07:00:00 UTC, in New York
 
-std::string NameText(const ZoneName &name) {
-  return {name.begin(), std::find(name.begin(), name.end(), u'\0')};
-}
-
 TEST(LinuxClock, TellsLocalTimeInWholeSeconds) {
   const ZoneSetting zone(NewYork);
   StandingClock system;

@@ -36,6 +36,10 @@ void ZoneSetting::Set(const std::optional<std::string> &zone) {
   tzset();
 }
 
+std::string NameText(const ZoneName &name) {
+  return {name.begin(), std::find(name.begin(), name.end(), u'\0')};
+}
+
 std::vector<std::filesystem::path> DistinctZoneFiles() {
   std::map<std::string, std::filesystem::path> by_content;
   for (const auto &entry : std::filesystem::recursive_directory_iterator("/usr/share/zoneinfo")) {

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/clock.h"
+
 namespace cvl {
 
 /// Puts the process into a zone for its own lifetime: a value of TZ, or none at all.
@@ -22,6 +24,9 @@ class ZoneSetting {
 
   std::optional<std::string> Before_;
 };
+
+/// The characters of a name up to its terminator; those of the database are ASCII.
+std::string NameText(const ZoneName &name);
 
 /// One file of each distinct content in the zone database. Most zones have several names.
 std::vector<std::filesystem::path> DistinctZoneFiles();

@@ -18,8 +18,8 @@ namespace {
 constexpr std::time_t Day = 86400;
 constexpr std::time_t Week = 7 * Day;
 // A day within the years at both ends, so that it is one of these years in every zone.
-constexpr std::time_t First = 946684800 + Day;  // 2 January 2000
-constexpr std::time_t Last = 2145916800 - Day;  // 31 December 2037
+constexpr std::time_t FirstDay = 946684800 + Day;  // 2 January 2000
+constexpr std::time_t LastDay = 2145916800 - Day;  // 31 December 2037
 
 tm LocalOf(std::time_t moment) {
   tm local{};
@@ -43,15 +43,15 @@ struct ZoneStory {
 
   ZoneStory() {
     // No rule lasts less than a week, so that a step of one finds each change.
-    std::time_t rule_begins = First - Week;
-    for (std::time_t from = rule_begins; from < Last + Week; from += Week) {
+    std::time_t rule_begins = FirstDay - Week;
+    for (std::time_t from = rule_begins; from < LastDay + Week; from += Week) {
       const std::time_t until = from + Week;
       if (IsSameRule(from, until)) continue;
       Changes.push_back(FindChange(from, until));
       NoteRule(rule_begins, Changes.back() - 1);
       rule_begins = Changes.back();
     }
-    NoteRule(rule_begins, Last + Week);
+    NoteRule(rule_begins, LastDay + Week);
   }
 
  private:
@@ -70,10 +70,6 @@ struct ZoneStory {
     }
   }
 };
-
-std::string NameText(const ZoneName &name) {
-  return {name.begin(), std::find(name.begin(), name.end(), u'\0')};
-}
 
 class EveryZone : public testing::Test {
  protected:
@@ -111,11 +107,11 @@ TEST_F(EveryZone, HasLocalTimeAndBiasThatMakeUtcAroundEveryChange) {
     const ZoneStory story;
     LinuxClock clock;
     std::set<std::time_t> moments;
-    for (std::time_t moment = First; moment < Last; moment += 5 * Week + 13 * 3601) {
+    for (std::time_t moment = FirstDay; moment < LastDay; moment += 5 * Week + 13 * 3601) {
       moments.insert(moment);
     }
     for (const std::time_t change : story.Changes) {
-      if (change <= First || change >= Last) continue;
+      if (change <= FirstDay || change >= LastDay) continue;
       moments.insert({change - 1, change, change + 1});
       ++changes;
     }

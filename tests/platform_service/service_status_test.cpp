@@ -14,6 +14,7 @@ namespace cvl {
 namespace {
 
 using testing::ElementsAre;
+using Condition = PortState::Condition;
 
 PortState Port(PortState::Condition condition, int failure) {
   return {"NTP", "UDP", "123", condition, failure};
@@ -47,7 +48,6 @@ TEST(ServiceStatusText, OutlivesCountersAtTheirEnd) {
 }
 
 TEST(ServiceStatusText, NamesPortsThatCouldNotBeOpenedAndNoOthers) {
-  using Condition = PortState::Condition;
   const RunState state;
   EXPECT_EQ(ServiceStatusText(state, {Port(Condition::Open, 0),
                                       Port(Condition::Failed, error_number::AddressInUse),

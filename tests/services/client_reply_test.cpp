@@ -17,8 +17,8 @@ ClientMessage Numbered() {
   return message;
 }
 
-ClientMessage Request(std::uint8_t first, std::uint8_t second, std::uint8_t third,
-                      std::uint8_t fourth) {
+ClientMessage RequestOf(std::uint8_t first, std::uint8_t second, std::uint8_t third,
+                        std::uint8_t fourth) {
   ClientMessage request = Numbered();
   request[0] = first;
   request[1] = second;
@@ -28,27 +28,27 @@ ClientMessage Request(std::uint8_t first, std::uint8_t second, std::uint8_t thir
 }
 
 TEST(IsClientRequest, WantsCAndVAndAnythingButLAtOffset3) {
-  EXPECT_TRUE(IsClientRequest(Request('C', 'V', 'L', 'C')));
-  EXPECT_FALSE(IsClientRequest(Request('C', 'V', 'L', 'L')));
-  EXPECT_FALSE(IsClientRequest(Request('c', 'V', 'L', 'C')));
-  EXPECT_FALSE(IsClientRequest(Request('C', 'v', 'L', 'C')));
+  EXPECT_TRUE(IsClientRequest(RequestOf('C', 'V', 'L', 'C')));
+  EXPECT_FALSE(IsClientRequest(RequestOf('C', 'V', 'L', 'L')));
+  EXPECT_FALSE(IsClientRequest(RequestOf('c', 'V', 'L', 'C')));
+  EXPECT_FALSE(IsClientRequest(RequestOf('C', 'v', 'L', 'C')));
 }
 
 TEST(IsClientRequest, NeverLooksAtOffset2) {
   for (int third = 0; third < 256; ++third) {
-    EXPECT_TRUE(IsClientRequest(Request('C', 'V', static_cast<std::uint8_t>(third), 'C')));
+    EXPECT_TRUE(IsClientRequest(RequestOf('C', 'V', static_cast<std::uint8_t>(third), 'C')));
   }
 }
 
 TEST(IsClientRequest, TakesEveryByteButOneAtOffset3) {
   for (int fourth = 0; fourth < 256; ++fourth) {
-    EXPECT_EQ(IsClientRequest(Request('C', 'V', 'L', static_cast<std::uint8_t>(fourth))),
+    EXPECT_EQ(IsClientRequest(RequestOf('C', 'V', 'L', static_cast<std::uint8_t>(fourth))),
               fourth != 'L');
   }
 }
 
 TEST(IsClientRequest, FailsWith9WhereAnOffsetThatItTestsIsMissing) {
-  const ClientMessage request = Request('C', 'V', 'L', 'C');
+  const ClientMessage request = RequestOf('C', 'V', 'L', 'C');
   const std::span bytes(request);
   EXPECT_TRUE(IsClientRequest(bytes.first(4)));
   for (const std::size_t length : {0U, 1U, 2U, 3U}) {
@@ -58,7 +58,7 @@ TEST(IsClientRequest, FailsWith9WhereAnOffsetThatItTestsIsMissing) {
 }
 
 TEST(IsClientRequest, IsNoneAsSoonAsAByteIsWrong) {
-  const ClientMessage request = Request('X', 'V', 'L', 'C');
+  const ClientMessage request = RequestOf('X', 'V', 'L', 'C');
   EXPECT_FALSE(IsClientRequest(std::span(request).first(1)));
 }
 

@@ -129,7 +129,7 @@ TEST_F(NtpOverTcp, LeavesTheSlotOpenInMillisecond999) {
 TEST_F(NtpOverTcp, ShowsTheNumberOfAFailedSendAndClosesTheSlot) {
   ShowWindow();
   FakeConnection &client = Dial(123);
-  Sockets.TCP123.Events.DataArrival = [this, &client, inner = Sockets.TCP123.Events.DataArrival](
+  Sockets.TCP123.Events.DataArrival = [&client, inner = Sockets.TCP123.Events.DataArrival](
                                           std::int16_t index, std::int32_t bytes) {
     client.Break();  // between the request and its answer
     inner(index, bytes);

@@ -5,7 +5,7 @@
 namespace cvl {
 namespace {
 
-const Bytes NoonValue = {0x3D, 0x9C, 0x31, 0x40};
+const Bytes UnixNoon = {0x3D, 0x9C, 0x31, 0x40};
 
 class UnixTimeOverTcp : public ServiceTest {
  protected:
@@ -16,14 +16,14 @@ class UnixTimeOverTcp : public ServiceTest {
 
 TEST_F(UnixTimeOverTcp, SendsFourBytesAndCloses) {
   const FakeConnection &client = Dial(519);
-  EXPECT_EQ(client.Received, NoonValue);
+  EXPECT_EQ(client.Received, UnixNoon);
   EXPECT_TRUE(client.HasEnded);
   EXPECT_EQ(SlotState(), SocketState::Closed);
 }
 
 TEST_F(UnixTimeOverTcp, SendsUtc) {
   StandInLosAngeles(DateTime::Of(2002, 10, 3, 5, 0, 0), 0);
-  EXPECT_EQ(Dial(519).Received, NoonValue);
+  EXPECT_EQ(Dial(519).Received, UnixNoon);
 }
 
 TEST_F(UnixTimeOverTcp, CountsFromTheEpochThatIsSet) {
@@ -145,7 +145,7 @@ TEST_F(WokenUnixTime, AnswersStaysOpenAndLogsThePortOfTheListener) {
   Sockets.UDP519.SetRemoteHost("elsewhere");
   Peer().Send("any");
   Loop.Drain();
-  EXPECT_EQ(Peer().Received, NoonValue);
+  EXPECT_EQ(Peer().Received, UnixNoon);
   EXPECT_EQ(Sockets.UDP519.State(), SocketState::Connected);
   EXPECT_EQ(Sockets.UDP519.RemoteHost(), "10.0.0.9");
   EXPECT_EQ(State.Requests.ReqUDP519, 1);

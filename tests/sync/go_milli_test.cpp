@@ -16,7 +16,7 @@ namespace cvl {
 namespace {
 
 /// 3 October 2002, 12:00:00, in milliseconds since 1900.
-constexpr double Noon = 3242635200000;
+constexpr double NoonMs = 3242635200000;
 
 std::vector<std::uint8_t> StampOf(std::uint32_t seconds, std::uint32_t fraction) {
   std::vector<std::uint8_t> bytes;
@@ -42,8 +42,8 @@ SystemTime FieldsAt(int hour, int minute, int second, int milliseconds) {
 // MillisecondsOf.
 
 TEST(MillisecondsOf, ReadsSecondsAndFractionBigEndian) {
-  EXPECT_EQ(MillisecondsOf(0, StampOf(0xC146AFC0, 0)), Noon);
-  EXPECT_EQ(MillisecondsOf(0, StampOf(0xC146AFC0, 0x80000000)), Noon + 500);
+  EXPECT_EQ(MillisecondsOf(0, StampOf(0xC146AFC0, 0)), NoonMs);
+  EXPECT_EQ(MillisecondsOf(0, StampOf(0xC146AFC0, 0x80000000)), NoonMs + 500);
   EXPECT_EQ(MillisecondsOf(0, StampOf(0, 0)), 0);
   EXPECT_EQ(MillisecondsOf(0, StampOf(0, 1)), 1000 / 4294967296.0);
   EXPECT_EQ(MillisecondsOf(0, StampOf(0xFFFFFFFF, 0)), 4294967295000.0);
@@ -53,7 +53,7 @@ TEST(MillisecondsOf, ReadsAtItsOffset) {
   std::vector<std::uint8_t> packet(48, 0xFF);
   const std::vector<std::uint8_t> stamp = StampOf(0xC146AFC0, 0x40000000);
   std::copy(stamp.begin(), stamp.end(), packet.begin() + 40);
-  EXPECT_EQ(MillisecondsOf(40, packet), Noon + 250);
+  EXPECT_EQ(MillisecondsOf(40, packet), NoonMs + 250);
 }
 
 TEST(MillisecondsOf, Raises9WhereEightBytesArentThere) {
@@ -67,35 +67,35 @@ TEST(MillisecondsOf, Raises9WhereEightBytesArentThere) {
 // MillisecondsOfText.
 
 TEST(MillisecondsOfText, AWholeNumberGivesItsLastThreeDigits) {
-  EXPECT_EQ(MillisecondsOfText(Noon), 0);
-  EXPECT_EQ(MillisecondsOfText(Noon + 7), 7);
-  EXPECT_EQ(MillisecondsOfText(Noon + 250), 250);
-  EXPECT_EQ(MillisecondsOfText(Noon + 999), 999);
-  EXPECT_EQ(MillisecondsOfText(Noon + 7250), 250);
+  EXPECT_EQ(MillisecondsOfText(NoonMs), 0);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 7), 7);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 250), 250);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 999), 999);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 7250), 250);
 }
 
 TEST(MillisecondsOfText, TwoDecimalsGiveThreeDigitsAndTheDecimals) {
-  EXPECT_EQ(MillisecondsOfText(Noon + 7250.25), 250);
-  EXPECT_EQ(MillisecondsOfText(Noon + 7250.75), 251);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 7250.25), 250);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 7250.75), 251);
 }
 
 TEST(MillisecondsOfText, OneDecimalBringsADigitOfTheSecondsAlong) {
-  EXPECT_EQ(MillisecondsOfText(Noon + 250.5), 250);
-  EXPECT_EQ(MillisecondsOfText(Noon + 251.5), 252);
-  EXPECT_EQ(MillisecondsOfText(Noon + 7250.5), 7250);
-  EXPECT_EQ(MillisecondsOfText(Noon + 9999.5), 10000);
-  EXPECT_EQ(MillisecondsOfText(Noon + 10250.5), 250);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 250.5), 250);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 251.5), 252);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 7250.5), 7250);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 9999.5), 10000);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 10250.5), 250);
 }
 
 TEST(MillisecondsOfText, ItCanBeAThousand) {
-  EXPECT_EQ(MillisecondsOfText(Noon + 999.5), 1000);
-  EXPECT_EQ(MillisecondsOfText(Noon + 999.75), 1000);
-  EXPECT_EQ(MillisecondsOfText(Noon + 999.49), 999);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 999.5), 1000);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 999.75), 1000);
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 999.49), 999);
 }
 
 TEST(MillisecondsOfText, FifteenDigitsAreAllThereIs) {
-  EXPECT_EQ(MillisecondsOfText(Noon + 999.996), 0) << "3242635201000";
-  EXPECT_EQ(MillisecondsOfText(Noon + 250.004), 250) << "3242635200250";
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 999.996), 0) << "3242635201000";
+  EXPECT_EQ(MillisecondsOfText(NoonMs + 250.004), 250) << "3242635200250";
 }
 
 TEST(MillisecondsOfText, EarlierMomentsHaveMoreDecimalsAndLoseDigits) {
@@ -109,35 +109,35 @@ TEST(MillisecondsOfText, EarlierMomentsHaveMoreDecimalsAndLoseDigits) {
 // ClockFieldsOf.
 
 TEST(ClockFieldsOf, ASecondOfTheServerMakesTheFields) {
-  EXPECT_EQ(ClockFieldsOf(Noon, 0), FieldsAt(12, 0, 0, 0));
-  EXPECT_EQ(ClockFieldsOf(Noon + 3661250, 0), FieldsAt(13, 1, 1, 250));
-  EXPECT_EQ(ClockFieldsOf(Noon - 1, 0), FieldsAt(11, 59, 59, 999));
+  EXPECT_EQ(ClockFieldsOf(NoonMs, 0), FieldsAt(12, 0, 0, 0));
+  EXPECT_EQ(ClockFieldsOf(NoonMs + 3661250, 0), FieldsAt(13, 1, 1, 250));
+  EXPECT_EQ(ClockFieldsOf(NoonMs - 1, 0), FieldsAt(11, 59, 59, 999));
 }
 
 TEST(ClockFieldsOf, HalfTheRoundTripIsAdded) {
-  EXPECT_EQ(ClockFieldsOf(Noon + 250, 100).Milliseconds, 300);
-  EXPECT_EQ(ClockFieldsOf(Noon + 250, 1).Milliseconds, 250);
-  EXPECT_EQ(ClockFieldsOf(Noon + 250, 3).Milliseconds, 252);
-  EXPECT_EQ(ClockFieldsOf(Noon + 251, 1).Milliseconds, 252);
+  EXPECT_EQ(ClockFieldsOf(NoonMs + 250, 100).Milliseconds, 300);
+  EXPECT_EQ(ClockFieldsOf(NoonMs + 250, 1).Milliseconds, 250);
+  EXPECT_EQ(ClockFieldsOf(NoonMs + 250, 3).Milliseconds, 252);
+  EXPECT_EQ(ClockFieldsOf(NoonMs + 251, 1).Milliseconds, 252);
 }
 
 TEST(ClockFieldsOf, NothingIsCarriedIntoTheSeconds) {
-  const SystemTime fields = ClockFieldsOf(Noon + 900, 300);
+  const SystemTime fields = ClockFieldsOf(NoonMs + 900, 300);
   EXPECT_EQ(fields, FieldsAt(12, 0, 0, 1050));
   EXPECT_FALSE(IsSettable(fields));
-  EXPECT_TRUE(IsSettable(ClockFieldsOf(Noon + 900, 198)));
+  EXPECT_TRUE(IsSettable(ClockFieldsOf(NoonMs + 900, 198)));
 }
 
 TEST(ClockFieldsOf, ANegativeSumIsNoSetting) {
-  const SystemTime fields = ClockFieldsOf(Noon, -2);
+  const SystemTime fields = ClockFieldsOf(NoonMs, -2);
   EXPECT_EQ(fields.Milliseconds, 65535);
   EXPECT_FALSE(IsSettable(fields));
 }
 
 TEST(ClockFieldsOf, ASumBeyond16BitsRaises6) {
-  EXPECT_EQ(ClockFieldsOf(Noon, 65534).Milliseconds, 32767);
-  ExpectRuntimeError(6, [] { ClockFieldsOf(Noon, 65536); });
-  ExpectRuntimeError(6, [] { ClockFieldsOf(Noon, 2147483647); });
+  EXPECT_EQ(ClockFieldsOf(NoonMs, 65534).Milliseconds, 32767);
+  ExpectRuntimeError(6, [] { ClockFieldsOf(NoonMs, 65536); });
+  ExpectRuntimeError(6, [] { ClockFieldsOf(NoonMs, 2147483647); });
 }
 
 TEST(ClockFieldsOf, AFractionOf9995GivesAtLeastAThousand) {
@@ -146,11 +146,11 @@ TEST(ClockFieldsOf, AFractionOf9995GivesAtLeastAThousand) {
 }
 
 TEST(ClockFieldsOf, TheMomentIsRoundedToMillisecondsAndThenCut) {
-  EXPECT_EQ(ClockFieldsOf(Noon + 999.25, 0), FieldsAt(12, 0, 0, 999));
-  EXPECT_EQ(ClockFieldsOf(Noon + 999.75, 0), FieldsAt(12, 0, 1, 1000));
-  EXPECT_EQ(ClockFieldsOf(Noon + 999.996, 0), FieldsAt(12, 0, 1, 0));
-  EXPECT_EQ(ClockFieldsOf(Noon + 500, 0), FieldsAt(12, 0, 0, 500)) << "no half rounds up";
-  EXPECT_EQ(ClockFieldsOf(Noon + 998, 0), FieldsAt(12, 0, 0, 998));
+  EXPECT_EQ(ClockFieldsOf(NoonMs + 999.25, 0), FieldsAt(12, 0, 0, 999));
+  EXPECT_EQ(ClockFieldsOf(NoonMs + 999.75, 0), FieldsAt(12, 0, 1, 1000));
+  EXPECT_EQ(ClockFieldsOf(NoonMs + 999.996, 0), FieldsAt(12, 0, 1, 0));
+  EXPECT_EQ(ClockFieldsOf(NoonMs + 500, 0), FieldsAt(12, 0, 0, 500)) << "no half rounds up";
+  EXPECT_EQ(ClockFieldsOf(NoonMs + 998, 0), FieldsAt(12, 0, 0, 998));
 }
 
 TEST(ClockFieldsOf, RoundingCarriesThroughToTheYear) {

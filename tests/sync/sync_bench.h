@@ -30,6 +30,9 @@
 
 namespace cvl {
 
+/// 3 October 2002, 12:00:00, in seconds since 1900.
+inline constexpr std::uint32_t Noon = 0xC146AFC0;
+
 class SyncTest : public testing::Test {
  protected:
   using Operation = FakeNetwork::Operation;

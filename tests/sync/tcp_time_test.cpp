@@ -9,9 +9,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// 3 October 2002, 12:00:00, in seconds since 1900; the clock stands there.
-constexpr std::uint32_t Noon = 0xC146AFC0;
-
 class TcpTimeTest : public SyncTest {
  protected:
   TcpTimeTest() {

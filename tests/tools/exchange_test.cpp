@@ -30,7 +30,7 @@ bool IsAnswered(const Exchange &exchange) {
 }
 
 /// What a true server says to an NTP request.
-std::vector<Bytes> NtpReply(const Bytes &request) {
+std::vector<Bytes> NtpAnswer(const Bytes &request) {
   NtpPacket reply;
   reply.Mode = NtpModeServer;
   reply.Originate = ReadNtpTime(request, NtpTransmitOffset);
@@ -47,7 +47,7 @@ Bytes ClientReply(const Bytes &request, std::string_view head) {
 }
 
 TEST(Ask, NtpOverUdp) {
-  ScriptedPeer peer{Transport::Udp, {.Answer = NtpReply}};
+  ScriptedPeer peer{Transport::Udp, {.Answer = NtpAnswer}};
   const Exchange exchange = AskPeer({Service::Ntp, Transport::Udp}, peer);
   EXPECT_EQ(exchange.End, Ending::Enough);
   EXPECT_EQ(peer.Request(), exchange.Request);
@@ -57,7 +57,7 @@ TEST(Ask, NtpOverUdp) {
 }
 
 TEST(Ask, NtpOverTcp) {
-  ScriptedPeer peer{Transport::Tcp, {.Answer = NtpReply, .RequestLength = NtpLength}};
+  ScriptedPeer peer{Transport::Tcp, {.Answer = NtpAnswer, .RequestLength = NtpLength}};
   const Exchange exchange = AskPeer({Service::Ntp, Transport::Tcp}, peer);
   EXPECT_EQ(exchange.End, Ending::Closed);
   EXPECT_EQ(peer.Request(), exchange.Request);

@@ -8,7 +8,7 @@ namespace cvl::tools {
 namespace {
 
 /// The complaint about a command line, or "" when there is none.
-std::string ComplaintAbout(const std::vector<std::string> &arguments) {
+std::string UpstreamComplaintAbout(const std::vector<std::string> &arguments) {
   try {
     ParseUpstreamOptions(arguments);
   } catch (const UsageError &error) {
@@ -49,40 +49,43 @@ TEST(UpstreamOptions, HelpAndVersionNeedNothingElse) {
 }
 
 TEST(UpstreamOptions, ComplainAboutAnAddressThatIsNone) {
-  EXPECT_EQ(ComplaintAbout({"--address", "localhost"}), "--address needs a dotted IPv4 address");
+  EXPECT_EQ(UpstreamComplaintAbout({"--address", "localhost"}),
+            "--address needs a dotted IPv4 address");
 }
 
 TEST(UpstreamOptions, ComplainAboutAPortThatIsNone) {
-  EXPECT_EQ(ComplaintAbout({"--port", "65536"}), "--port needs a whole number from 0 to 65535");
-  EXPECT_EQ(ComplaintAbout({"--port", "65535"}), "");
+  EXPECT_EQ(UpstreamComplaintAbout({"--port", "65536"}),
+            "--port needs a whole number from 0 to 65535");
+  EXPECT_EQ(UpstreamComplaintAbout({"--port", "65535"}), "");
 }
 
 TEST(UpstreamOptions, ComplainAboutAMissingValue) {
   for (const char *option :
        {"--address", "--port", "--delay", "--shift", "--echo-bytes", "--repeat", "--length",
         "--fraction", "--seconds", "--from", "--count"}) {
-    EXPECT_EQ(ComplaintAbout({option}), std::string{option} + " needs a value");
+    EXPECT_EQ(UpstreamComplaintAbout({option}), std::string{option} + " needs a value");
   }
 }
 
 TEST(UpstreamOptions, ComplainAboutAValueTooMany) {
   for (const char *option :
        {"--log", "--control", "--silent", "--one-byte", "--wrong-echo", "--zero-transmit"}) {
-    EXPECT_EQ(ComplaintAbout({std::string{option} + "=1"}),
+    EXPECT_EQ(UpstreamComplaintAbout({std::string{option} + "=1"}),
               std::string{option} + " takes no value");
   }
 }
 
 TEST(UpstreamOptions, ComplainAboutABadBehaviour) {
-  EXPECT_EQ(ComplaintAbout({"--fraction", "12"}), "fraction needs eight hexadecimal digits");
-  EXPECT_EQ(ComplaintAbout({"--delay="}), "delay needs a value");
+  EXPECT_EQ(UpstreamComplaintAbout({"--fraction", "12"}),
+            "fraction needs eight hexadecimal digits");
+  EXPECT_EQ(UpstreamComplaintAbout({"--delay="}), "delay needs a value");
 }
 
 TEST(UpstreamOptions, ComplainAboutUnknownWords) {
-  EXPECT_EQ(ComplaintAbout({"--quiet"}), "unknown option --quiet");
-  EXPECT_EQ(ComplaintAbout({"-silent"}), "unknown option -silent");
-  EXPECT_EQ(ComplaintAbout({"--normal"}), "unknown option --normal");
-  EXPECT_EQ(ComplaintAbout({"silent"}), "unexpected argument silent");
+  EXPECT_EQ(UpstreamComplaintAbout({"--quiet"}), "unknown option --quiet");
+  EXPECT_EQ(UpstreamComplaintAbout({"-silent"}), "unknown option -silent");
+  EXPECT_EQ(UpstreamComplaintAbout({"--normal"}), "unknown option --normal");
+  EXPECT_EQ(UpstreamComplaintAbout({"silent"}), "unexpected argument silent");
 }
 
 }  // namespace

@@ -11,11 +11,11 @@ namespace {
 
 // The face drawn a second time: line by line, as a list.
 
-struct Size {
+struct FaceSize {
   int Width;
   int Height;
 };
-constexpr Size Sizes[] = {{10, 10}, {20, 14}, {13, 50}, {81, 25}, {150, 33}};
+constexpr FaceSize FaceSizes[] = {{10, 10}, {20, 14}, {13, 50}, {81, 25}, {150, 33}};
 
 /// I * SPAN / H to the nearest whole number, a half to the even one, by whole numbers alone.
 int Rounded(int i, int span, int h) {
@@ -109,7 +109,7 @@ constexpr std::uint32_t FocusColour = 0x8CAAE6;  // 140, 170, 230
 constexpr std::uint32_t HoverColour = 0xE19947;  // 225, 153, 71
 
 TEST(XPButton, IsAGradientInADarkBox) {
-  for (const Size &size : Sizes) {
+  for (const FaceSize &size : FaceSizes) {
     Painting painting(size.Width, size.Height, button_style::Rounded);
     Sketch expected = painting.Blank(0);
     Gradient(expected, Base);
@@ -129,7 +129,7 @@ TEST(XPButton, GrowsDarkerFromTopToBottom) {
 }
 
 TEST(XPButton, HasAnInnerFrameForFocusInPlaceOfItsEdge) {
-  for (const Size &size : Sizes) {
+  for (const FaceSize &size : FaceSizes) {
     Painting painting(size.Width, size.Height, button_style::Rounded);
     painting.HasFocus = true;
     Sketch expected = painting.Blank(0);
@@ -140,7 +140,7 @@ TEST(XPButton, HasAnInnerFrameForFocusInPlaceOfItsEdge) {
 }
 
 TEST(XPButton, HasAnInnerFrameForHoveringOverItsEdge) {
-  for (const Size &size : Sizes) {
+  for (const FaceSize &size : FaceSizes) {
     Painting painting(size.Width, size.Height, button_style::Rounded);
     painting.IsHover = true;
     Sketch expected = painting.Blank(0);
@@ -152,7 +152,7 @@ TEST(XPButton, HasAnInnerFrameForHoveringOverItsEdge) {
 }
 
 TEST(XPButton, LaysTheFrameOfHoveringOverThatOfFocus) {
-  for (const Size &size : Sizes) {
+  for (const FaceSize &size : FaceSizes) {
     Painting painting(size.Width, size.Height, button_style::Rounded);
     painting.IsHover = true;
     painting.HasFocus = true;
@@ -165,7 +165,7 @@ TEST(XPButton, LaysTheFrameOfHoveringOverThatOfFocus) {
 }
 
 TEST(XPButton, IsDarkerAndUpsideDownWhenPressed) {
-  for (const Size &size : Sizes) {
+  for (const FaceSize &size : FaceSizes) {
     for (const bool is_hover : {false, true}) {
       Painting painting(size.Width, size.Height, button_style::Rounded);
       painting.IsDown = true;
@@ -179,7 +179,7 @@ TEST(XPButton, IsDarkerAndUpsideDownWhenPressed) {
 }
 
 TEST(XPButton, HasOneFaceWhenDisabled) {
-  for (const Size &size : Sizes) {
+  for (const FaceSize &size : FaceSizes) {
     for (int state = 0; state < 8; ++state) {
       Painting painting(size.Width, size.Height, button_style::Rounded);
       painting.Enabled = false;
@@ -254,7 +254,7 @@ TEST(XPButton, IsTheSameForAnyBevelAndAsDefaultButton) {
 }
 
 TEST(XPRegion, LacksThreePixelsAtEachCorner) {
-  for (const Size &size : Sizes) {
+  for (const FaceSize &size : FaceSizes) {
     const Region region = MakeXPRegion(size.Width, size.Height);
     int inside = 0;
     for (int y = -1; y <= size.Height; ++y) {

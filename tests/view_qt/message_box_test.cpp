@@ -63,7 +63,7 @@ TEST_F(MessageBoxTest, AWarningHasItsMarkAndItsOwner) {
 }
 
 TEST_F(MessageBoxTest, AQuestionIsAnsweredByItsButtons) {
-  for (const auto &[button, wanted] :
+  for (const auto &choice :
        {std::pair(QMessageBox::Yes, BoxAnswer::Yes), std::pair(QMessageBox::No, BoxAnswer::No)}) {
     const BoxAnswer answer =
         Ask(BoxOwner::MainWindow, BoxStyle::YesNoInformation, [&](QMessageBox &box) {
@@ -71,9 +71,9 @@ TEST_F(MessageBoxTest, AQuestionIsAnsweredByItsButtons) {
           EXPECT_EQ(box.standardButtons(), QMessageBox::Yes | QMessageBox::No);
           EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::Yes));
           EXPECT_EQ(box.parentWidget(), TheView().Main());
-          PressButton(box, button);
+          PressButton(box, choice.first);
         });
-    EXPECT_EQ(answer, wanted);
+    EXPECT_EQ(answer, choice.second);
   }
 }
 
