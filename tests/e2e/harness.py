@@ -295,8 +295,8 @@ class Server:
 
     def is_sanitized(self):
         """Whether the program was built with the address sanitizer."""
-        with open(f"/proc/{self.process.pid}/maps", encoding="utf-8") as maps:
-            return "libasan" in maps.read()
+        with open(f"/proc/{self.process.pid}/exe", "rb") as program:
+            return b"__asan_init" in program.read()
 
     def send_signal(self, number):
         self.process.send_signal(number)
