@@ -38,8 +38,8 @@ class Desktop:
         try:
             self._open_display()
             self._start("openbox", "--sm-disable")
-            wait_until(lambda: "window id" in self.output("xprop", "-root",
-                                                          "_NET_SUPPORTING_WM_CHECK"),
+            # It announces itself before it takes windows; the list of them comes after that.
+            wait_until(lambda: "window id" in self.output("xprop", "-root", "_NET_CLIENT_LIST"),
                        "the window manager")
             if self._tray:
                 self.start_tray()

@@ -32,7 +32,7 @@ SERVER_ADDRESS = "10.77.0.1"
 PEER_ADDRESS = "10.77.0.2"
 OTHER_PEER_ADDRESS = "10.77.0.3"
 NTP_EPOCH = 2208988800
-DEADLINE = 30.0
+DEADLINE = 60.0
 
 # All five services on; servers are asked in their order.
 SETTINGS = ('"Settings"="NO:59:Minute/s:NA:36"', '"NTP37"="YES:YES:YES:37"',

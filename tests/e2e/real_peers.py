@@ -2,9 +2,11 @@
 
 import os
 import re
+import socket
 import subprocess
 
-from harness import BIN, PEER_ADDRESS, SERVER_ADDRESS, World, run_all, wait_until
+from harness import (BIN, PEER_ADDRESS, SERVER_ADDRESS, World, request, run_all,
+                     wait_until)
 
 
 def Chronyd(world, words, *directives):
@@ -22,10 +24,22 @@ def WithChronydUpstream(world):
     return chronyd
 
 
+def ChronydAnswers():
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as client:
+        client.settimeout(0.2)
+        client.connect((PEER_ADDRESS, 123))
+        try:
+            client.send(request())
+            return client.recv(100)
+        except OSError:
+            return None
+
+
 def TestChronydAsTheUpstreamOpensTheGate():
     with World(servers=(PEER_ADDRESS, PEER_ADDRESS)) as world:
         chronyd = WithChronydUpstream(world)
-        wait_until(lambda: os.path.exists(f"{world.home}/chronyd.pid"), "chronyd")
+        # It is asked once in an hour, so that the first request must find it ready.
+        wait_until(ChronydAnswers, "chronyd")
         server = world.server()
         server.wait_for_gate()
         assert server.stop() == 0
