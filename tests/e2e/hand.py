@@ -5,6 +5,8 @@
     hand.click(ENABLE)
 """
 
+import time
+
 TITLE = "Chronvale Server"
 NOTHING_NEW = "Chronvale Server Updater"
 CONFIGURATION = "CONFIG - " + TITLE
@@ -102,8 +104,17 @@ class Hand:
 
     def open_menu(self, icon):
         """The menu of the tray entry; returns the places of its two entries."""
-        self.desktop.click_at(*icon, button=3)
-        left, top, width, height = self.desktop.wait_until(self.desktop.popup, "the menu")
+        next_click = 0.0
+
+        def Popup():
+            # A click gets lost when the tray moves the entry at that moment.
+            nonlocal next_click
+            if time.monotonic() > next_click:
+                self.desktop.click_at(*(self.desktop.tray_icon() or icon), button=3)
+                next_click = time.monotonic() + 15
+            return self.desktop.popup()
+
+        left, top, width, height = self.desktop.wait_until(Popup, "the menu")
         return ((left + width // 2, top + height // 4),
                 (left + width // 2, top + height - height // 4))
 
