@@ -74,6 +74,7 @@ struct ControlLayout {
   bool Visible = true;  ///< at design
   bool Locked = false;  ///< no hand writes into it
   std::size_t MaxLength = 0;
+  int MostRows = 20;  ///< of an open list; a longer one scrolls
   std::string_view Tip{};
   ImageSource Picture = ImageSource::None;
 };

@@ -6,6 +6,8 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScreen>
+#include <QScrollBar>
 #include <QTreeWidget>
 #include <QWheelEvent>
 
@@ -197,6 +199,36 @@ TEST_F(HandTest, AServerIsChosen) {
   Choose(Widget<QComboBox>("Servers"), 1);
   EXPECT_EQ(Model().Servers.Selected(), 2);
   EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(HandTest, ALongListShowsTwentyRowsAndAScrollBar) {
+  for (int at = Model().Servers.Count(); at < 300; ++at)
+    Model().Servers.Add("Server " + std::to_string(at + 1) + " NA", 8);
+  Model().Servers.Select(150);
+  Refresh();
+  auto &box = Widget<QComboBox>("Servers");
+  box.showPopup();
+  const QAbstractItemView &list = *box.view();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(list.window()));
+  int rows = 0;
+  for (int at = 0; at < box.count(); ++at) {
+    const QRect row = list.visualRect(box.model()->index(at, 0));
+    if (list.viewport()->rect().contains(row)) ++rows;
+  }
+  EXPECT_EQ(rows, 20);
+  EXPECT_TRUE(list.verticalScrollBar()->isVisible());
+  const QRect chosen = list.visualRect(box.model()->index(149, 0));
+  EXPECT_TRUE(list.viewport()->rect().contains(chosen)) << "the selected server is in sight";
+  EXPECT_LT(list.window()->height(), box.screen()->geometry().height() / 2);
+  box.hidePopup();
+}
+
+TEST_F(HandTest, AShortListHasNoScrollBar) {
+  auto &box = Widget<QComboBox>("SyncIntC");
+  box.showPopup();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(box.view()->window()));
+  EXPECT_FALSE(box.view()->verticalScrollBar()->isVisible());
+  box.hidePopup();
 }
 
 TEST_F(HandTest, ATurnOfTheWheelChoosesOnlyWhereTheKeyboardIs) {

@@ -1,10 +1,10 @@
 // The boxes that a hand writes into.
 
-#include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
 
 #include "view/qt/control_widgets.h"
+#include "view/qt/drop_down.h"
 #include "view/qt/qt_fonts.h"
 #include "view/qt/qt_images.h"
 #include "view/qt/qt_text.h"
@@ -32,22 +32,6 @@ class KeyLine final : public QLineEdit {
  private:
   TextBox &Model_;
   ViewEvents &Events_;
-};
-
-/// A drop-down box that a turn of the wheel passes over on its way: it chooses only where the
-/// user is.
-class DropDown final : public QComboBox {
- public:
-  explicit DropDown(QWidget *parent) : QComboBox(parent) { setFocusPolicy(Qt::StrongFocus); }
-
- protected:
-  void wheelEvent(QWheelEvent *event) override {
-    if (hasFocus()) {
-      QComboBox::wheelEvent(event);
-    } else {
-      event->ignore();
-    }
-  }
 };
 
 Qt::Alignment HorizontalOf(Alignment align) {
@@ -94,11 +78,10 @@ Mirror MakeTextBox(const ControlLayout &layout, TextBox &model, ViewEvents &even
 
 Mirror MakeComboBox(const ControlLayout &layout, ComboBox &model, ViewEvents &events,
                     QWidget *parent) {
-  auto *box = new DropDown(parent);
+  auto *box = new DropDown(layout, parent);
   box->setEditable(true);  // its text is free
   box->setInsertPolicy(QComboBox::NoInsert);
   box->setCompleter(nullptr);
-  box->setFont(FontFor(layout.TextFont));
   QObject::connect(box, &QComboBox::activated, box, [&model, &events](int item) {
     events.Raise([&] { model.Choose(static_cast<std::size_t>(item)); });
   });
@@ -127,10 +110,8 @@ Mirror MakeComboBox(const ControlLayout &layout, ComboBox &model, ViewEvents &ev
 
 Mirror MakeImageCombo(const ControlLayout &layout, ImageCombo &model, ViewEvents &events,
                       QWidget *parent) {
-  auto *box = new DropDown(parent);
-  box->setFont(FontFor(layout.TextFont));
+  auto *box = new DropDown(layout, parent);
   box->setIconSize(QSize(16, 16));
-  box->setMaxVisibleItems(20);
   QObject::connect(box, &QComboBox::activated, box,
                    [&model, &events](int item) { events.Raise([&] { model.Choose(item + 1); }); });
   return {box, [box, &model] {
