@@ -11,7 +11,7 @@ using namespace window_style;
 constexpr LayoutRow<AboutBox> AboutRows[] = {
     {Banner(5400)},
     {ProductName("Chronvale SVR v5.0", 4290)},
-    {Headline("About Chronvale Server", 4275), ModelOf<&AboutBox::ROT>},
+    {Selectable(Headline("About Chronvale Server", 4275)), ModelOf<&AboutBox::ROT>},
     {BannerLogo()},
     {{.Name = "AboutF", .Kind = ControlKind::Frame, .Parent = "", .At = {60, 900, 5280, 1050}}},
     {{.Name = "Help",

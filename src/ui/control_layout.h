@@ -71,8 +71,9 @@ struct ControlLayout {
   LayoutColour TextColour{};
   LayoutColour Background{};
   Alignment Align = Alignment::Left;
-  bool Visible = true;  ///< at design
-  bool Locked = false;  ///< no hand writes into it
+  bool Visible = true;      ///< at design
+  bool Locked = false;      ///< a text box that the user can't change; its text can be selected
+  bool Selectable = false;  ///< a label whose text the user can select and copy
   std::size_t MaxLength = 0;
   int MostRows = 20;  ///< of an open list; a longer one scrolls
   std::string_view Tip{};

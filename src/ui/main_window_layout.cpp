@@ -158,7 +158,8 @@ constexpr LayoutRow<MainWindow> MainRows[] = {
       .Parent = "SVRS",
       .Text = "Server is: ON",
       .At = {3135, 1485, 2775, 840},
-      .TextFont = Courier},
+      .TextFont = Courier,
+      .Selectable = true},
      ModelOf<&W::svrStatlbl>},
 
     {{.Name = "LED_Display",
@@ -198,7 +199,8 @@ constexpr LayoutRow<MainWindow> MainRows[] = {
       .Parent = "SVRS",
       .Text = "Synchronizing CVL Server...please wait.",
       .At = {90, 3015, 5895, 720},
-      .TextFont = Console},
+      .TextFont = Console,
+      .Selectable = true},
      ModelOf<&W::Status>},
 
     {{.Name = "Options",

@@ -35,7 +35,8 @@ constexpr ControlLayout ProductName(std::string_view text, int width) {
           .Text = text,
           .At = {1020, 135, width, 390},
           .TextFont = Title,
-          .TextColour = BannerText};
+          .TextColour = BannerText,
+          .Selectable = true};
 }
 
 /// The line below the product's name.
@@ -47,6 +48,12 @@ constexpr ControlLayout Headline(std::string_view text, int width) {
           .At = {1065, 510, width, 420},
           .TextFont = Console,
           .TextColour = BannerText};
+}
+
+/// A label whose text the user can select and copy.
+constexpr ControlLayout Selectable(ControlLayout label) {
+  label.Selectable = true;
+  return label;
 }
 
 constexpr ControlLayout BannerLogo() {

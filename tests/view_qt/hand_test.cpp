@@ -182,15 +182,6 @@ TEST_F(HandTest, ACharacterThatTheModelCannotHoldBecomesAQuestionMark) {
   EXPECT_EQ(Model().CVLRemHost[0].Text(), "?");
 }
 
-TEST_F(HandTest, NothingCanBeTypedIntoTheClock) {
-  Advance(1000);
-  const std::string before = Model().svrCurrent.Text();
-  Click(Widget("svrCurrent"));
-  Type("x");
-  EXPECT_EQ(Model().svrCurrent.Text(), before);
-  EXPECT_NE(Focus(), "svrCurrent");
-}
-
 // Lists.
 
 TEST_F(HandTest, AServerIsChosen) {

@@ -40,7 +40,7 @@ TEST_F(KeyboardTest, TheTabKeyWalksEachPanelAsTheEyeReads) {
     Names wanted = {"CVL_TV"};
     const Names &panel = panels[node - 2];
     wanted.insert(wanted.end(), panel.begin(), panel.end());
-    wanted.insert(wanted.end(), {"Servers", "RandomCheck", "SyncN", "SyncIntC"});
+    wanted.insert(wanted.end(), {"svrCurrent", "Servers", "RandomCheck", "SyncN", "SyncIntC"});
     EXPECT_EQ(Walk(*TheView().Main(), Qt::Key_Tab), wanted);
   }
 }
@@ -49,8 +49,8 @@ TEST_F(KeyboardTest, TheWayBackIsTheSame) {
   Show();
   Widget("CVL_TV").setFocus();
   EXPECT_EQ(Walk(*TheView().Main(), Qt::Key_Backtab, Qt::ShiftModifier),
-            (Names{"CVL_TV", "SyncIntC", "SyncN", "RandomCheck", "Servers", "CVLRemHost(0)",
-                   "NTP_Ptxt", "eNTP"}));
+            (Names{"CVL_TV", "SyncIntC", "SyncN", "RandomCheck", "Servers", "svrCurrent",
+                   "CVLRemHost(0)", "NTP_Ptxt", "eNTP"}));
 }
 
 TEST_F(KeyboardTest, TheFocusStartsInTheTree) {

@@ -13,12 +13,14 @@
 #include <QStyleOptionComboBox>
 #include <QStyleOptionFrame>
 #include <QStyleOptionViewItem>
+#include <QTextCursor>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
 #include "tests/view_qt/window_bench.h"
 #include "view/qt/button_widget.h"
 #include "view/qt/fitted_label.h"
+#include "view/qt/locked_text_box.h"
 #include "view/qt/qt_text.h"
 
 namespace cvl {
@@ -82,10 +84,20 @@ int ShownInk(FittedLabel &label) {
 void ExpectFits(FittedLabel &label) {
   SCOPED_TRACE(Text(label.objectName() + ": " + label.Text()));
   if (label.Text().isEmpty()) return;
-  const QFont font = label.FittingFont();
+  const QFont font = label.font();
   EXPECT_GE(font.pixelSize(), LeastPixels);
   EXPECT_EQ(ShownInk(label), WholeInk(font, label.Text(), label.contentsRect(), label.Flags(),
                                       label.devicePixelRatioF()));
+}
+
+void ExpectFits(const LockedTextBox &box) {
+  SCOPED_TRACE(Text(box.objectName() + ": " + box.Text()));
+  EXPECT_GE(box.font().pixelSize(), LeastPixels);
+  EXPECT_EQ(box.horizontalScrollBar()->maximum(), 0);
+  EXPECT_EQ(box.verticalScrollBar()->maximum(), 0);
+  QTextCursor end = box.textCursor();
+  end.movePosition(QTextCursor::End);
+  EXPECT_LE(box.cursorRect(end).bottom(), box.viewport()->rect().bottom());
 }
 
 void ExpectFits(const QCheckBox &box) {
@@ -183,6 +195,8 @@ void ExpectAllFits(QWidget &window) {
     if (!widget->isVisible() || widget->objectName().isEmpty()) continue;
     if (auto *label = dynamic_cast<FittedLabel *>(widget)) {
       ExpectFits(*label);
+    } else if (auto *locked = dynamic_cast<LockedTextBox *>(widget)) {
+      ExpectFits(*locked);
     } else if (auto *box = dynamic_cast<QCheckBox *>(widget)) {
       ExpectFits(*box);
     } else if (auto *combo = dynamic_cast<QComboBox *>(widget)) {
@@ -216,14 +230,14 @@ TEST_F(TextFitTest, TheScaleIsTheOneThatWasAskedFor) {
 TEST_F(TextFitTest, TheMeasureSeesATextThatIsCut) {
   Show();
   auto &label = Widget<FittedLabel>("UpdateLbl");
-  const QFont font = label.FittingFont();
+  const QFont font = label.font();
   const int whole =
       WholeInk(font, label.Text(), label.contentsRect(), label.Flags(), label.devicePixelRatioF());
   EXPECT_EQ(ShownInk(label), whole);
   label.SetText(label.Text() + label.Text() + label.Text());
   EXPECT_NE(ShownInk(label), 0);
   label.SetText(QString(400, 'W'));
-  EXPECT_NE(ShownInk(label), WholeInk(label.FittingFont(), label.Text(), label.contentsRect(),
+  EXPECT_NE(ShownInk(label), WholeInk(label.font(), label.Text(), label.contentsRect(),
                                       label.Flags(), label.devicePixelRatioF()));
 }
 
@@ -272,7 +286,7 @@ TEST_F(TextFitTest, TheLinesOfATextAreNotBroken) {
     auto &label = Widget<FittedLabel>(name);
     label.SetText(FromModel(text));
     EXPECT_EQ(label.Flags() & Qt::TextWordWrap, 0) << name;
-    const QFontMetrics metrics(label.FittingFont());
+    const QFontMetrics metrics(label.font());
     for (const QString &line : label.Text().split('\n')) {
       EXPECT_LE(metrics.horizontalAdvance(line), label.contentsRect().width()) << Text(line);
     }
@@ -318,9 +332,11 @@ TEST_F(TextFitTest, TheStatusFitsWithCountersOfFiveDigits) {
 TEST_F(TextFitTest, TheClockFitsInItsLongestMonth) {
   Show();
   for (const char *day : {"WED SEPTEMBER 28", "MON NOVEMBER 28", "WED FEBRUARY 28"}) {
-    ExpectLabelFits("svrCurrent", std::string("   ") + day +
-                                      " 2028 10:58:58 AM\r\n   UTC SEPTEMBER 28 2028 10:58:58 PM"
-                                      "\r\n   Chronvale Server 5100");
+    auto &clock = Widget<LockedTextBox>("svrCurrent");
+    clock.SetText(FromModel(std::string("   ") + day +
+                            " 2028 10:58:58 AM\r\n   UTC SEPTEMBER 28 2028 10:58:58 PM"
+                            "\r\n   Chronvale Server 5100"));
+    ExpectFits(clock);
   }
 }
 

@@ -17,6 +17,7 @@
 #include "ui/main_window_layout.h"
 #include "view/qt/button_widget.h"
 #include "view/qt/fitted_label.h"
+#include "view/qt/locked_text_box.h"
 
 namespace cvl {
 namespace {
@@ -31,10 +32,11 @@ bool IsOf(WantedKind kind, const QWidget &widget) {
     case WantedKind::Frame:
       return Is<QGroupBox>(widget);
     case WantedKind::Label:
-    case WantedKind::Clock:
       return Is<FittedLabel>(widget);
+    case WantedKind::Clock:
+      return Is<LockedTextBox>(widget);
     case WantedKind::Image:
-      return Is<QLabel>(widget);
+      return Is<QLabel>(widget) && !Is<FittedLabel>(widget);
     case WantedKind::Tree:
       return Is<QTreeWidget>(widget);
     case WantedKind::Line:
@@ -54,6 +56,9 @@ bool IsOf(WantedKind kind, const QWidget &widget) {
 std::string TextOf(const QWidget &widget) {
   if (const auto *frame = dynamic_cast<const QGroupBox *>(&widget)) return Text(frame->title());
   if (const auto *label = dynamic_cast<const FittedLabel *>(&widget)) return Text(label->Text());
+  if (const auto *locked = dynamic_cast<const LockedTextBox *>(&widget)) {
+    return Text(locked->Text());
+  }
   if (const auto *line = dynamic_cast<const QLineEdit *>(&widget)) return Text(line->text());
   if (const auto *box = dynamic_cast<const QCheckBox *>(&widget)) return Text(box->text());
   if (const auto *combo = dynamic_cast<const QComboBox *>(&widget)) {

@@ -14,7 +14,7 @@ enum class WantedKind {
   Image,
   Tree,
   Line,
-  Clock,  ///< several lines that no hand writes into
+  Clock,  ///< several lines that the user can't change
   Check,
   Combo,
   ImageCombo,

@@ -5,6 +5,7 @@
 
 #include "view/qt/fitted_label.h"
 #include "view/qt/frame_box.h"
+#include "view/qt/locked_text_box.h"
 #include "view/qt/qt_fonts.h"
 #include "view/qt/qt_images.h"
 #include "view/qt/qt_text.h"
@@ -34,8 +35,7 @@ Mirror MakeCheckBox(const ControlLayout &layout, CheckBox &model, ViewEvents &ev
 }
 
 Mirror MakeLockedTextBox(const ControlLayout &layout, TextBox &model, QWidget *parent) {
-  auto *box = new FittedLabel(layout, parent);
-  box->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+  auto *box = new LockedTextBox(layout, parent);
   return {box, [box, &model] {
             RefreshControl(*box, model);
             box->SetText(FromModel(model.Text()));

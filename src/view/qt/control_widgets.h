@@ -13,7 +13,7 @@ Mirror MakeCheckBox(const ControlLayout &layout, CheckBox &model, ViewEvents &ev
                     QWidget *parent);
 Mirror MakeTextBox(const ControlLayout &layout, TextBox &model, ViewEvents &events,
                    QWidget *parent);
-/// A box that shows several lines and that no hand writes into.
+/// A box of several lines that the user can't change.
 Mirror MakeLockedTextBox(const ControlLayout &layout, TextBox &model, QWidget *parent);
 Mirror MakeComboBox(const ControlLayout &layout, ComboBox &model, ViewEvents &events,
                     QWidget *parent);

@@ -1,6 +1,8 @@
 #include "view/qt/fitted_label.h"
 
+#include <QGuiApplication>
 #include <QPainter>
+#include <algorithm>
 
 #include "view/qt/qt_fonts.h"
 #include "view/qt/qt_text.h"
@@ -9,69 +11,84 @@ namespace cvl {
 
 namespace {
 
-int FlagsOf(const ControlLayout &layout) {
+Qt::Alignment AlignmentOf(const ControlLayout &layout) {
   switch (layout.Align) {
     case Alignment::Centre:
-      return Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
+      return Qt::AlignHCenter | Qt::AlignTop;
     case Alignment::Right:
-      return Qt::AlignRight | Qt::AlignTop | Qt::TextWordWrap;
+      return Qt::AlignRight | Qt::AlignTop;
     case Alignment::Left:
       break;
   }
-  return Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
+  return Qt::AlignLeft | Qt::AlignTop;
 }
 
 }  // namespace
 
 FittedLabel::FittedLabel(const ControlLayout &layout, QWidget *parent)
-    : QFrame(parent), Flags_(FlagsOf(layout)) {
-  setFont(FontFor(layout.TextFont));
+    : QLabel(parent), DesignFont_(FontFor(layout.TextFont)) {
+  setTextFormat(Qt::PlainText);
+  setAlignment(AlignmentOf(layout));
+  setIndent(0);
+  if (layout.Selectable) {
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  }
   QPalette colours = palette();
   if (layout.TextColour) {
     colours.setColor(QPalette::WindowText, QColor(QRgb(*layout.TextColour)));
-  }
-  if (layout.Background) {
-    colours.setColor(QPalette::Window, QColor(QRgb(*layout.Background)));
-    setAutoFillBackground(true);
   }
   setPalette(colours);
   SetText(FromModel(layout.Text));
 }
 
-void FittedLabel::SetText(const QString &text) {
-  if (text == Text_) return;
-  Text_ = text;
-  // A text with lines of its own keeps them: it gets smaller rather than broken anew.
-  Flags_ = text.contains('\n') ? Flags_ & ~Qt::TextWordWrap : Flags_ | Qt::TextWordWrap;
-  setAccessibleName(text);
-  update();
+void FittedLabel::SetText(const QString &shown) {
+  if (shown == text() || IsBeingSelected()) return;
+  const qsizetype start = selectionStart();
+  const qsizetype length = selectedText().size();
+  // A text with lines of its own keeps them: its font shrinks instead of wrapping them.
+  setWordWrap(!shown.contains('\n'));
+  setText(shown);
+  Fit();
+  if (start < 0 || start >= shown.size()) return;
+  setSelection(static_cast<int>(start), static_cast<int>(std::min(length, shown.size() - start)));
 }
 
-QFont FittedLabel::FittingFont() const {
-  return FontThatFits(font(), Text_, contentsRect().size(), Flags_);
+bool FittedLabel::IsBeingSelected() const {
+  return hasFocus() && QGuiApplication::mouseButtons().testFlag(Qt::LeftButton);
+}
+
+int FittedLabel::Flags() const {
+  return static_cast<int>(alignment()) | (wordWrap() ? Qt::TextWordWrap : 0);
+}
+
+void FittedLabel::Fit() {
+  setFont(FontThatFits(DesignFont_, text(), contentsRect().size(), Flags()));
+}
+
+void FittedLabel::resizeEvent(QResizeEvent *event) {
+  QLabel::resizeEvent(event);
+  Fit();
 }
 
 void FittedLabel::paintEvent(QPaintEvent *event) {
-  QFrame::paintEvent(event);
-  QPainter painter(this);
-  const QFont fitting = FittingFont();
-  painter.setFont(fitting);
-  painter.setPen(palette().color(QPalette::WindowText));
-  QRect box = contentsRect();
-  const QFontMetrics metrics(fitting);
-  if (metrics.height() >= box.height() && !Text_.contains('\n')) {
-    // A line with no more room than its face has: its letters stand at the top of the box, clear of
-    // what stands under it.
-    const int baseline = box.top() - metrics.tightBoundingRect(Text_).top();
-    const int spare = box.width() - metrics.horizontalAdvance(Text_);
-    const int left = Flags_ & Qt::AlignRight ? spare : Flags_ & Qt::AlignHCenter ? spare / 2 : 0;
-    painter.drawText(box.left() + left, baseline, Text_);
+  const QRect box = contentsRect();
+  const QFontMetrics metrics(font());
+  if (metrics.height() < box.height() || text().contains('\n')) {
+    QLabel::paintEvent(event);
     return;
   }
-  painter.drawText(box, Flags_, Text_);
+  // The box is no higher than the font: put the letters at its top, clear of what is below.
+  QPainter painter(this);
+  painter.setPen(palette().color(QPalette::WindowText));
+  const int baseline = box.top() - metrics.tightBoundingRect(text()).top();
+  const int spare = box.width() - metrics.horizontalAdvance(text());
+  const bool right = alignment().testFlag(Qt::AlignRight);
+  const bool centred = alignment().testFlag(Qt::AlignHCenter);
+  painter.drawText(box.left() + (right ? spare : centred ? spare / 2 : 0), baseline, text());
 }
 
 void FittedLabel::mouseReleaseEvent(QMouseEvent *event) {
+  QLabel::mouseReleaseEvent(event);
   if (event->button() == Qt::LeftButton && rect().contains(event->pos()) && OnClick) OnClick();
 }
 
