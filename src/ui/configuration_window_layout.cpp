@@ -10,6 +10,8 @@ using namespace window_style;
 
 using Window = ConfigurationWindow;
 
+constexpr std::string_view RegionLabelText = "Select What Region this Server will Operate in";
+
 constexpr LayoutRow<Window> ConfigurationRows[] = {
     {Banner(5400)},
     {ProductName("Chronvale SVR v5.0", 4290)},
@@ -21,14 +23,15 @@ constexpr LayoutRow<Window> ConfigurationRows[] = {
     {{.Name = "RegionLbl",
       .Kind = ControlKind::Label,
       .Parent = "Frame2",
-      .Text = "Select What Region this Server will Operate in",
+      .Text = RegionLabelText,
       .At = {165, 195, 4950, 225},
       .TextFont = Bold}},
     {{.Name = "Regions",
       .Kind = ControlKind::ComboBox,
       .Parent = "Frame2",
       .Text = "North America NA",
-      .At = {165, 450, 4950, 345}},
+      .At = {165, 450, 4950, 345},
+      .SpokenName = RegionLabelText},
      ModelOf<&Window::Regions>},
     {{.Name = "closelbl",
       .Kind = ControlKind::Label,

@@ -77,6 +77,7 @@ struct ControlLayout {
   std::size_t MaxLength = 0;
   int MostRows = 20;  ///< of an open list; a longer one scrolls
   std::string_view Tip{};
+  std::string_view SpokenName{};  ///< for screen readers; empty where Text is the name
   ImageSource Picture = ImageSource::None;
 };
 

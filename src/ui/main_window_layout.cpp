@@ -14,6 +14,11 @@ constexpr LayoutColour ClockText = 0x000000;
 // Low enough to stand clear of the lamps, which reach into its line.
 constexpr LayoutFont LampTitle{FontFace::Terminal, 10};
 
+// A box has the name of the label beside it.
+constexpr std::string_view PortLabelText = "on Port:";
+constexpr std::string_view LastClientLabelText = "LAST User:";
+constexpr std::string_view IntervalLabelText = "Synchronize Server Every :";
+
 // The five panels lie over one another, each with the same controls at the same places.
 
 constexpr ControlLayout Panel(int panel, std::string_view title) {
@@ -40,7 +45,7 @@ constexpr ControlLayout PortLabel(std::string_view name, int panel) {
           .Kind = ControlKind::Label,
           .Parent = "proto_f",
           .ParentIndex = panel,
-          .Text = "on Port:",
+          .Text = PortLabelText,
           .At = {1005, 300, 900, 225},
           .Align = Alignment::Right};
 }
@@ -52,7 +57,8 @@ constexpr ControlLayout PortBox(std::string_view name, int panel, std::string_vi
           .ParentIndex = panel,
           .Text = port,
           .At = {1965, 255, 735, 300},
-          .MaxLength = PortBoxLength};
+          .MaxLength = PortBoxLength,
+          .SpokenName = PortLabelText};
 }
 
 /// Shown by a ticked Enable box.
@@ -83,15 +89,17 @@ constexpr ControlLayout LastClient(int panel) {
           .Text = "None",
           .At = {4245, 1125, 1725, 330},
           .Align = Alignment::Centre,
-          .Visible = panel == 0};
+          .Visible = panel == 0,
+          .SpokenName = LastClientLabelText};
 }
 
-constexpr ControlLayout Lamp(int lamp, int left, int top) {
+constexpr ControlLayout Lamp(int lamp, int left, int top, std::string_view name) {
   return {.Name = "LED",
           .Index = lamp,
           .Kind = ControlKind::Image,
           .Parent = "LED_Display",
           .At = {left, top, 240, 240},
+          .SpokenName = name,
           .Picture = ImageSource::ImageTable};
 }
 
@@ -104,7 +112,11 @@ constexpr LayoutRow<MainWindow> MainRows[] = {
               4995)},
     {BannerLogo()},
     {{.Name = "SVRS", .Kind = ControlKind::Frame, .Parent = "", .At = {0, 870, 6045, 5145}}},
-    {{.Name = "CVL_TV", .Kind = ControlKind::Tree, .Parent = "SVRS", .At = {45, 135, 2955, 2100}},
+    {{.Name = "CVL_TV",
+      .Kind = ControlKind::Tree,
+      .Parent = "SVRS",
+      .At = {45, 135, 2955, 2100},
+      .SpokenName = "Services"},
      ModelOf<&W::CVL_TV>},
 
     {Panel(0, "Time Protocol Server"), ElementOf<&W::proto_f, 0>},
@@ -150,7 +162,7 @@ constexpr LayoutRow<MainWindow> MainRows[] = {
     {{.Name = "lastULBL",
       .Kind = ControlKind::Label,
       .Parent = "SVRS",
-      .Text = "LAST User:",
+      .Text = LastClientLabelText,
       .At = {3240, 1170, 945, 225},
       .TextFont = Bold}},
     {{.Name = "svrStatlbl",
@@ -173,7 +185,8 @@ constexpr LayoutRow<MainWindow> MainRows[] = {
       .TextFont = Terminal,
       .TextColour = ClockText,
       .Background = ClockGround,
-      .Locked = true},
+      .Locked = true,
+      .SpokenName = "Clock"},
      ModelOf<&W::svrCurrent>},
     {{.Name = "LEDLBL",
       .Kind = ControlKind::Label,
@@ -188,11 +201,11 @@ constexpr LayoutRow<MainWindow> MainRows[] = {
       .At = {4950, 555, 915, 135},
       .TextFont = Terminal}},
     // Behind the labels that they overlap, and so above them.
-    {Lamp(0, 4755, 270), ElementOf<&W::LED, 0>},
-    {Lamp(1, 5130, 270), ElementOf<&W::LED, 1>},
-    {Lamp(2, 5505, 270), ElementOf<&W::LED, 2>},
-    {Lamp(3, 4680, 495), ElementOf<&W::LED, 3>},
-    {Lamp(4, 5310, 495), ElementOf<&W::LED, 4>},
+    {Lamp(0, 4755, 270, "Source"), ElementOf<&W::LED, 0>},
+    {Lamp(1, 5130, 270, "Receive"), ElementOf<&W::LED, 1>},
+    {Lamp(2, 5505, 270, "Transmit"), ElementOf<&W::LED, 2>},
+    {Lamp(3, 4680, 495, "UDP"), ElementOf<&W::LED, 3>},
+    {Lamp(4, 5310, 495, "TCP"), ElementOf<&W::LED, 4>},
 
     {{.Name = "Status",
       .Kind = ControlKind::Label,
@@ -211,7 +224,8 @@ constexpr LayoutRow<MainWindow> MainRows[] = {
     {{.Name = "Servers",
       .Kind = ControlKind::ImageCombo,
       .Parent = "Options",
-      .At = {135, 210, 5655, 375}},
+      .At = {135, 210, 5655, 375},
+      .SpokenName = "Time servers"},
      ModelOf<&W::Servers>},
     {{.Name = "RandomCheck",
       .Kind = ControlKind::CheckBox,
@@ -222,7 +236,7 @@ constexpr LayoutRow<MainWindow> MainRows[] = {
     {{.Name = "UpdateLbl",
       .Kind = ControlKind::Label,
       .Parent = "Options",
-      .Text = "Synchronize Server Every :",
+      .Text = IntervalLabelText,
       .At = {975, 975, 2340, 225},
       .TextFont = Bold}},
     {{.Name = "SyncN",
@@ -230,13 +244,15 @@ constexpr LayoutRow<MainWindow> MainRows[] = {
       .Parent = "Options",
       .Text = "59",
       .At = {3360, 945, 765, 345},
-      .MaxLength = SyncNLength},
+      .MaxLength = SyncNLength,
+      .SpokenName = IntervalLabelText},
      ModelOf<&W::SyncN>},
     {{.Name = "SyncIntC",
       .Kind = ControlKind::ComboBox,
       .Parent = "Options",
       .Text = "Minute/s",
-      .At = {4170, 945, 1620, 345}},
+      .At = {4170, 945, 1620, 345},
+      .SpokenName = "Unit of the interval"},
      ModelOf<&W::SyncIntC>},
 };
 

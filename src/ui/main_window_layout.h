@@ -12,6 +12,11 @@ namespace cvl {
 /// The main window, its controls tied to those of WINDOW.
 WindowLayout MainWindowLayout(MainWindow &window);
 
+/// What a screen reader says of a lamp's state: "on" or "off".
+constexpr std::string_view LampState(const Picture &lamp) {
+  return lamp.Image == LampLitImage ? "on" : "off";
+}
+
 /// The entries of mnuMain, from the top.
 std::array<MenuEntry *, 3> MainMenuEntries(MainWindow &window);
 

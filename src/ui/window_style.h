@@ -61,6 +61,7 @@ constexpr ControlLayout BannerLogo() {
           .Kind = ControlKind::Image,
           .Parent = "Frame1",
           .At = {90, 105, 840, 840},
+          .SpokenName = "Chronvale logo",
           .Picture = ImageSource::Logo};
 }
 

@@ -72,8 +72,7 @@ ButtonWidget::ButtonWidget(QRBButtons &model, ViewEvents &events, QWidget *paren
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
   setAttribute(Qt::WA_OpaquePaintEvent);
-  QObject::connect(&AccessKey_, &QShortcut::activated, this,
-                   [this] { Events_.Raise([this] { Model_.AccessKeyPressed(); }); });
+  QObject::connect(&AccessKey_, &QShortcut::activated, this, [this] { Press(); });
   Model_.Attach(this);
   TakeAccessKey();
   TakeCursor();
@@ -88,6 +87,10 @@ void ButtonWidget::RefreshModel() {
   // The window may have gone to a display of another scale.
   if (ShownScale_ != devicePixelRatioF()) FitSurface();
   Model_.RefreshIfStale();
+}
+
+void ButtonWidget::Press() {
+  Events_.Raise([this] { Model_.AccessKeyPressed(); });
 }
 
 int ButtonWidget::InPixels(double units) const {

@@ -25,6 +25,12 @@ class ButtonWidget final : public QWidget, private ButtonView {
   /// Brings the widget up to what the button holds.
   void RefreshModel();
 
+  /// Clicks the button, as its access key does; no effect while it is disabled.
+  void Press();
+  bool IsDown() const { return Model_.IsDown(); }
+  /// The key that clicks the button; empty for none.
+  QKeySequence AccessKey() const { return AccessKey_.key(); }
+
  protected:
   void paintEvent(QPaintEvent *event) override;
   void resizeEvent(QResizeEvent *event) override;

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QLabel>
 
+#include "ui/main_window_layout.h"
 #include "view/qt/fitted_label.h"
 #include "view/qt/frame_box.h"
 #include "view/qt/locked_text_box.h"
@@ -52,6 +53,8 @@ Mirror MakeImage(const ControlLayout &layout, Picture *model, QWidget *parent) {
   // Another image, or a display of another scale, wants another picture.
   return {image, [image, model, shown = std::pair(0, 0.0)]() mutable {
             RefreshControl(*image, *model);
+            const QString state = FromModel(LampState(*model));
+            if (image->accessibleDescription() != state) image->setAccessibleDescription(state);
             const std::pair wanted(model->Image, image->devicePixelRatioF());
             if (shown == wanted || model->Image == 0) return;
             shown = wanted;

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "view/qt/accessible.h"
 #include "view/qt/qt_images.h"
 #include "view/qt/qt_text.h"
 
@@ -74,6 +75,7 @@ std::string QtView::OpenDisplay() {
   Application_ = std::make_unique<QApplication>(count, arguments);
   // The toolkit takes over the user's locale; numbers in files and settings stay as they are.
   std::setlocale(LC_NUMERIC, "C");
+  InstallAccessibility();
   QApplication::setDesktopFileName("chronvale-server");
   QApplication::setQuitOnLastWindowClosed(false);
   return {};

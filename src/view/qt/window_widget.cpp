@@ -54,6 +54,9 @@ void WindowWidget::Add(const PlacedControl &control, ViewEvents &events) {
   const ControlLayout &layout = *control.Layout;
   Mirror mirror = Make(control, events, ParentOf(layout));
   mirror.Widget->setObjectName(WidgetName(layout.Name, layout.Index));
+  if (!layout.SpokenName.empty()) {
+    mirror.Widget->setAccessibleName(FromModel(layout.SpokenName));
+  }
   const Place &at = layout.At;
   mirror.Widget->setGeometry(at.Left / TwipsPerPixel, at.Top / TwipsPerPixel,
                              at.Width / TwipsPerPixel, at.Height / TwipsPerPixel);
