@@ -54,7 +54,7 @@ class Hand:
         self.desktop.click(self.window, *place)
 
     def choose(self, node):
-        """Clicks a node of the tree, whatever window stands before it."""
+        """Clicks a node of the tree."""
         self.desktop.activate(self.window)
         # Two clicks at one place in quick succession would be a double click.
         self._aside = 30 - self._aside
@@ -77,12 +77,21 @@ class Hand:
         self.desktop.wait_until(lambda: not self.desktop.popup(), "the end of the list")
 
     def open_configuration(self):
-        self.choose("CVL Advanced Config")
-        return self.desktop.window(CONFIGURATION)
+        return self._open("CVL Advanced Config", CONFIGURATION)
 
     def open_about(self):
-        self.choose("CVL About/Help")
-        return self.desktop.window(ABOUT)
+        return self._open("CVL About/Help", ABOUT)
+
+    def _open(self, node, title):
+        """Opens a secondary window and moves it to the left of the main window's tree, which it
+        would otherwise cover: it always stays in front of the main window."""
+        self.choose(node)
+        window = self.desktop.window(title)
+        self.desktop.do("windowmove", window, 0, 0)
+        edge = self.desktop.screen.place(self.window)[0]
+        self.desktop.wait_until(lambda: self.desktop.screen.place(window)[0] < edge // 4,
+                                "the window beside the tree")
+        return window
 
     def close(self, window):
         """What the close button of a window does, by the window manager's key for it."""

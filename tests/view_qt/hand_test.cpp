@@ -301,6 +301,43 @@ TEST_F(HandTest, AClickOnTheSelectedNodeIsAClickToo) {
   EXPECT_THAT(nodes, ElementsAre(3, 3));
 }
 
+TEST_F(HandTest, EnterOnTheSelectedNodeIsAClickToo) {
+  const std::vector<int> &nodes = WatchNodes();
+  ClickNode(3);
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Enter, Qt::KeypadModifier);
+  EXPECT_THAT(nodes, ElementsAre(3, 3, 3));
+}
+
+TEST_F(HandTest, EnterWithNothingSelectedDoesNothing) {
+  const std::vector<int> &nodes = WatchNodes();
+  Widget("CVL_TV").setFocus();
+  Press(Qt::Key_Return);
+  EXPECT_TRUE(nodes.empty());
+}
+
+TEST_F(HandTest, AClickOrEnterOnTheSelectedNodeOpensItsWindowOnceMore) {
+  for (int node : {7, 8}) {
+    const auto opened = [&] {
+      return (node == 7 ? TheView().About() : TheView().Configuration()) != nullptr;
+    };
+    const auto close = [&] {
+      (node == 7 ? TheView().About() : TheView().Configuration())->close();
+      EXPECT_FALSE(opened());
+      Activate(*TheView().Main());
+    };
+    ClickNode(node);
+    EXPECT_TRUE(opened());
+    close();
+    Press(Qt::Key_Return);
+    EXPECT_TRUE(opened());
+    close();
+    ClickNode(node);
+    EXPECT_TRUE(opened());
+    close();
+  }
+}
+
 TEST_F(HandTest, ThePanelsNodeKeepsTheHighlightWhenNoneIsClicked) {
   auto &tree = Widget<QTreeWidget>("CVL_TV");
   ClickNode(2);

@@ -20,7 +20,7 @@ class MessageBoxTest : public WindowTest {
     QTimer wait;
     QObject::connect(&wait, &QTimer::timeout, [&] {
       auto *box = dynamic_cast<QMessageBox *>(QApplication::activeModalWidget());
-      if (box == nullptr || !box->isActiveWindow()) return;
+      if (box == nullptr || QApplication::activeWindow() != box) return;
       wait.stop();
       seen = true;
       act(*box);
@@ -99,6 +99,40 @@ TEST_F(MessageBoxTest, AnOwnerThatNobodySeesOwnsNothing) {
       PressButton(box, QMessageBox::Ok);
     });
   }
+}
+
+// Which window is in front when the box has been answered.
+
+TEST_F(MessageBoxTest, TheOwnerOfABoxComesToTheFront) {
+  Server->Others().ShowConfiguration();
+  Refresh();
+  WindowWidget &window = *TheView().Configuration();
+  Activate(*TheView().Main());
+  Ask(BoxOwner::ConfigurationWindow, BoxStyle::OkExclamation,
+      [&](QMessageBox &box) { PressButton(box, QMessageBox::Ok); });
+  EXPECT_TRUE(BecomesActive(window));
+}
+
+TEST_F(MessageBoxTest, ASecondaryWindowComesBackAfterABoxOfTheMainWindow) {
+  Server->Others().ShowConfiguration();
+  Refresh();
+  WindowWidget &window = *TheView().Configuration();
+  Activate(window);
+  Ask(BoxOwner::MainWindow, BoxStyle::YesNoInformation,
+      [&](QMessageBox &box) { PressButton(box, QMessageBox::No); });
+  EXPECT_TRUE(BecomesActive(window));
+}
+
+TEST_F(MessageBoxTest, AWindowThatClosesUnderItsBoxStaysClosed) {
+  Server->Others().ShowConfiguration();
+  Refresh();
+  Activate(*TheView().Configuration());
+  Ask(BoxOwner::MainWindow, BoxStyle::Ok, [&](QMessageBox &box) {
+    Server->Others().CloseConfiguration();
+    Refresh();
+    PressButton(box, QMessageBox::Ok);
+  });
+  EXPECT_EQ(TheView().Configuration(), nullptr);
 }
 
 TEST_F(MessageBoxTest, TheServerGoesOnMeanwhile) {

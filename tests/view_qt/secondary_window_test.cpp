@@ -1,7 +1,9 @@
 // The two windows that come and go.
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QWindow>
 
 #include "tests/view_qt/window_bench.h"
 #include "view/qt/button_widget.h"
@@ -32,12 +34,13 @@ TEST_F(SecondaryWindowTest, TouchingAWindowShowsNothing) {
 
 TEST_F(SecondaryWindowTest, OpeningOnceMoreBringsTheSameWindowToTheFront) {
   WindowWidget &first = OpenConfiguration();
-  Activate(*TheView().Main());
-  EXPECT_FALSE(first.isActiveWindow());
+  Server->Others().ShowAbout();
+  Refresh();
+  Activate(*TheView().About());
   Server->Others().ShowConfiguration();
   Refresh();
   EXPECT_EQ(TheView().Configuration(), &first);
-  EXPECT_TRUE(QTest::qWaitForWindowActive(&first, 10000));
+  EXPECT_TRUE(BecomesActive(first));
 }
 
 TEST_F(SecondaryWindowTest, BothMayBeOpenBesideTheMainWindow) {
@@ -137,10 +140,72 @@ TEST_F(SecondaryWindowTest, TheHelpButtonOpensTheMakersPages) {
   EXPECT_TRUE(System.Screen.Opened[0].ends_with("/Chronvale/help"));
 }
 
-TEST_F(SecondaryWindowTest, TheEscapeKeyClosesNothing) {
+// The Escape key.
+
+TEST_F(SecondaryWindowTest, EscapeClosesTheConfigurationWindowFromEachOfItsControls) {
+  for (const char *name : {"Regions", "wc3Logs", "OpenMin", "RunCVL", "CheckUpdate", "SelTimeZone",
+                           "cfgsvrOK", "NOLLabel"}) {
+    WindowWidget &window = OpenConfiguration();
+    Of(window, name).setFocus();
+    ASSERT_EQ(Focus(), name);
+    Press(Qt::Key_Escape, {}, &window);
+    EXPECT_EQ(Server->Others().ConfigurationIfAny(), nullptr) << name;
+    EXPECT_EQ(TheView().Configuration(), nullptr) << name;
+  }
+}
+
+TEST_F(SecondaryWindowTest, EscapeClosesTheAboutBox) {
+  Server->Others().ShowAbout();
+  Refresh();
+  Activate(*TheView().About());
+  Press(Qt::Key_Escape, {}, TheView().About());
+  EXPECT_EQ(Server->Others().AboutIfAny(), nullptr);
+}
+
+TEST_F(SecondaryWindowTest, EscapeClosesAnOpenListAndNotItsWindow) {
   WindowWidget &window = OpenConfiguration();
-  Press(Qt::Key_Escape, {}, &window);
+  auto &box = Widget<QComboBox>("Regions", &window);
+  box.setFocus();
+  box.showPopup();
+  QWidget &list = *box.view();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(list.window()));
+  Press(Qt::Key_Escape, {}, list.window());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !list.isVisible(); }, 5000));
   EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(SecondaryWindowTest, EscapeLeavesTheMainWindow) {
+  for (const char *name : {"CVL_TV", "eNTP", "svrCurrent", "Servers", "SyncN", "SyncIntC"}) {
+    Widget(name).setFocus();
+    Press(Qt::Key_Escape);
+  }
+  EXPECT_TRUE(TheView().Main()->isVisible());
+  EXPECT_FALSE(System.Loop.IsQuitting());
+}
+
+// Owner and owned.
+
+TEST_F(SecondaryWindowTest, TheyBelongToTheMainWindow) {
+  OpenConfiguration();
+  Server->Others().ShowAbout();
+  Refresh();
+  for (const QWidget *window : {TheView().Configuration(), TheView().About()}) {
+    EXPECT_EQ(window->windowHandle()->transientParent(), TheView().Main()->windowHandle());
+    EXPECT_EQ(window->windowModality(), Qt::NonModal);
+  }
+  EXPECT_EQ(TheView().Main()->windowHandle()->transientParent(), nullptr);
+}
+
+TEST_F(SecondaryWindowTest, TheyGoToTheTrayWithTheMainWindowAndComeBackWithIt) {
+  WindowWidget &window = OpenConfiguration();
+  TheView().Main()->showMinimized();
+  ASSERT_TRUE(QTest::qWaitFor(
+      [&] { return Server->Window.State == WindowState::Minimized && !window.isVisible(); },
+      10000));
+  RaiseTray(TrayEvent::LeftUp);
+  EXPECT_EQ(TheView().Configuration(), &window);
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isMinimized(); }, 10000));
 }
 
 }  // namespace

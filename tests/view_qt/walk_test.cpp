@@ -124,13 +124,13 @@ class WalkAtDesignTest : public testing::Test {
 };
 
 TEST_F(WalkAtDesignTest, TheMainWindowHasItsControls) {
-  const WindowWidget window(MainWindowLayout(Model), WindowWidget::Minimises::Yes, Events);
+  const WindowWidget window(MainWindowLayout(Model), Events);
   ExpectControls(window, WantedMainWindow());
   EXPECT_EQ(Text(window.objectName()), "CVL_Server");
 }
 
 TEST_F(WalkAtDesignTest, TextsAndVisibilityAreThoseOfTheDesign) {
-  const WindowWidget window(MainWindowLayout(Model), WindowWidget::Minimises::Yes, Events);
+  const WindowWidget window(MainWindowLayout(Model), Events);
   for (const WantedControl &control : WantedMainWindow()) {
     const QWidget &widget = Find(window, control.Name);
     EXPECT_EQ(TextOf(widget), control.Text) << control.Name;
@@ -141,14 +141,14 @@ TEST_F(WalkAtDesignTest, TextsAndVisibilityAreThoseOfTheDesign) {
 }
 
 TEST_F(WalkAtDesignTest, TheRandomDrawIsTickedAndNothingElse) {
-  const WindowWidget window(MainWindowLayout(Model), WindowWidget::Minimises::Yes, Events);
+  const WindowWidget window(MainWindowLayout(Model), Events);
   for (const QCheckBox *box : window.findChildren<QCheckBox *>()) {
     EXPECT_EQ(box->isChecked(), box->objectName() == "RandomCheck") << NameOf(*box);
   }
 }
 
 TEST_F(WalkAtDesignTest, TheClockIsGreenAndTheBannerIsWhite) {
-  WindowWidget window(MainWindowLayout(Model), WindowWidget::Minimises::Yes, Events);
+  WindowWidget window(MainWindowLayout(Model), Events);
   const QImage picture = window.grab().toImage();
   const double scale = window.devicePixelRatioF();
   const auto colour_at = [&](QPoint at) { return picture.pixelColor(at * scale); };

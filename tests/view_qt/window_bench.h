@@ -51,6 +51,8 @@ class WindowTest : public HostTest {
 
   /// Has the window manager make WINDOW the active one.
   static void Activate(QWidget &window);
+  /// Waits until WINDOW itself is the active one; false when it doesn't become that.
+  static bool BecomesActive(const QWidget &window);
 
   /// A hand on the tray entry.
   void RaiseTray(TrayEvent event);

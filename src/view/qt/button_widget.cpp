@@ -151,8 +151,8 @@ void ButtonWidget::mouseReleaseEvent(QMouseEvent *event) {
 void ButtonWidget::keyPressEvent(QKeyEvent *event) {
   const QByteArray code = event->text().toLatin1();
   const int shift = ShiftOf(event->modifiers());
-  // The toolkit may have a use of its own for keys without a character.
-  if (code.isEmpty()) QWidget::keyPressEvent(event);
+  // Keys without a character may move the focus, and Escape may close the window.
+  if (code.isEmpty() || event->key() == Qt::Key_Escape) QWidget::keyPressEvent(event);
   Events_.Raise([&] {
     Model_.OnKeyDown(KeyCodeOf(*event), shift);
     if (code.size() == 1) Model_.OnKeyPress(static_cast<unsigned char>(code.at(0)));

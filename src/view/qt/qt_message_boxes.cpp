@@ -7,6 +7,7 @@
 #include <QSpacerItem>
 
 #include "view/qt/qt_text.h"
+#include "view/qt/window_widget.h"
 
 namespace cvl {
 
@@ -23,6 +24,15 @@ void MakeRoomForTitle(QMessageBox &box) {
   font.setBold(true);
   const int width = QFontMetrics(font).horizontalAdvance(box.windowTitle()) + TitleBarExtras;
   grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+/// The window that the user goes back to when BOX is answered: its owner, unless the active window
+/// is one that belongs to the owner.
+QWidget *InFrontAfter(const QMessageBox &box) {
+  QWidget *owner = box.parentWidget();
+  QWidget *active = QApplication::activeWindow();
+  if (owner == nullptr) return active;
+  return active != nullptr && active->parentWidget() == owner ? active : owner;
 }
 
 }  // namespace
@@ -50,8 +60,10 @@ BoxAnswer QtMessageBoxes::Show(BoxOwner owner, BoxStyle style, std::string_view 
       break;
   }
   MakeRoomForTitle(box);
+  const QPointer<QWidget> front = InFrontAfter(box);
   const int answer = box.exec();
   if (shown) shown->deleteLater();
+  if (front != nullptr && front->isVisible()) BringToFront(*front);
   switch (answer) {
     case QMessageBox::Yes:
       return BoxAnswer::Yes;

@@ -90,7 +90,7 @@ void QtView::Build(const WindowModels &models) {
   RefreshTimer_->setInterval(RefreshMs);
   QObject::connect(RefreshTimer_.get(), &QTimer::timeout, RefreshTimer_.get(),
                    [this] { Refresh(); });
-  Main_ = std::make_unique<WindowWidget>(models.Layout, WindowWidget::Minimises::Yes, *Events_);
+  Main_ = std::make_unique<WindowWidget>(models.Layout, *Events_);
   BuildMenu();
   ConnectWindow();
   Refresh();
@@ -209,27 +209,26 @@ void QtView::RefreshMain() {
 
 void QtView::RefreshOthers() {
   SecondaryWindows &others = Models_->Others;
-  const auto refresh = [this](auto *model, auto &seen_model, std::unique_ptr<WindowWidget> &widget,
-                              auto layout, auto close) {
+  // They go to the tray with their owner and come back with it.
+  const bool owner_seen = Models_->Window.Visible;
+  const auto refresh = [&](auto *model, auto &seen_model, std::unique_ptr<WindowWidget> &widget,
+                           auto layout, auto close) {
     if (model != seen_model) {
       if (widget) Drop(std::exchange(widget, nullptr));
       seen_model = model;
     }
     if (model == nullptr || !model->Visible) return;
-    const bool is_new = !widget;
-    if (is_new) {
-      model->OnShow = [&widget] {
-        widget->setWindowState(widget->windowState() & ~Qt::WindowMinimized);
-        widget->raise();
-        widget->activateWindow();
-      };
-      widget =
-          std::make_unique<WindowWidget>(layout(*model), WindowWidget::Minimises::No, *Events_);
+    if (!widget) {
+      widget = std::make_unique<WindowWidget>(layout(*model), *Events_, Main_.get());
+      model->OnShow = [shown = widget.get()] { BringToFront(*shown); };
       widget->setWindowTitle(FromModel(model->Caption));
       widget->OnClose = [this, close] { Events_->Raise(close); };
     }
     widget->Refresh();
-    if (is_new) widget->show();
+    if (widget->isVisible() == owner_seen) return;
+    // A window manager may have minimised it with its owner.
+    widget->setWindowState(widget->windowState() & ~Qt::WindowMinimized);
+    widget->setVisible(owner_seen);
   };
   refresh(others.ConfigurationIfAny(), ConfigurationModel_, Configuration_,
           Models_->ConfigurationLayout, [&others] { others.CloseConfiguration(); });

@@ -2,6 +2,7 @@
 
 #include <QFontMetrics>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QStyle>
 #include <QTreeWidget>
 #include <QTreeWidgetItem>
@@ -74,10 +75,29 @@ void ShowSelected(QTreeWidget &tree, const TreeView &model,
   }
 }
 
+/// A tree in which the Enter key clicks the selected node, as a second click on it does.
+class ServiceTree final : public QTreeWidget {
+ public:
+  using QTreeWidget::QTreeWidget;
+
+  std::function<void(QTreeWidgetItem *)> OnEnter;
+
+ protected:
+  void keyPressEvent(QKeyEvent *event) override {
+    const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const QList<QTreeWidgetItem *> selected = selectedItems();
+    if (!is_enter || selected.isEmpty()) {
+      QTreeWidget::keyPressEvent(event);
+    } else if (!event->isAutoRepeat()) {
+      OnEnter(selected.first());
+    }
+  }
+};
+
 }  // namespace
 
 Mirror MakeTree(const ControlLayout &layout, TreeView &model, ViewEvents &events, QWidget *parent) {
-  auto *tree = new QTreeWidget(parent);
+  auto *tree = new ServiceTree(parent);
   tree->setHeaderHidden(true);
   tree->setIconSize(QSize(16, 16));
   tree->setIndentation(14);
@@ -92,6 +112,7 @@ Mirror MakeTree(const ControlLayout &layout, TreeView &model, ViewEvents &events
   // A click selects, also what is selected already; so does a key that moves the selection.
   QObject::connect(tree, &QTreeWidget::itemClicked, tree,
                    [select](QTreeWidgetItem *item) { select(item); });
+  tree->OnEnter = select;
   QObject::connect(tree, &QTreeWidget::itemSelectionChanged, tree, [tree, select] {
     if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
     const QList<QTreeWidgetItem *> selected = tree->selectedItems();

@@ -19,10 +19,12 @@ struct Overloaded : Handlers... {
 template <class... Handlers>
 Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
-Qt::WindowFlags FlagsOf(WindowWidget::Minimises minimises) {
-  Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                          Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
-  if (minimises == WindowWidget::Minimises::Yes) flags |= Qt::WindowMinimizeButtonHint;
+Qt::WindowFlags FlagsFor(const QWidget *owner) {
+  // On X11 a window belongs to another one only if it is a dialog.
+  Qt::WindowFlags flags = (owner == nullptr ? Qt::Window : Qt::Dialog) | Qt::CustomizeWindowHint |
+                          Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                          Qt::WindowCloseButtonHint;
+  if (owner == nullptr) flags |= Qt::WindowMinimizeButtonHint;
   return flags;
 }
 
@@ -33,8 +35,15 @@ QString WidgetName(std::string_view name, int index) {
   return index < 0 ? made : QStringLiteral("%1(%2)").arg(made).arg(index);
 }
 
-WindowWidget::WindowWidget(const WindowLayout &layout, Minimises minimises, ViewEvents &events)
-    : QWidget(nullptr, FlagsOf(minimises)) {
+void BringToFront(QWidget &window) {
+  window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+  window.show();
+  window.raise();
+  window.activateWindow();
+}
+
+WindowWidget::WindowWidget(const WindowLayout &layout, ViewEvents &events, QWidget *owner)
+    : QWidget(owner, FlagsFor(owner)) {
   setObjectName(FromModel(layout.Name));
   setWindowIcon(WindowIcon());
   setFixedSize(layout.Width / TwipsPerPixel, layout.Height / TwipsPerPixel);
@@ -124,6 +133,15 @@ void WindowWidget::Centre() {
 void WindowWidget::closeEvent(QCloseEvent *event) {
   event->ignore();
   if (OnClose) OnClose();
+}
+
+void WindowWidget::keyPressEvent(QKeyEvent *event) {
+  // Only keys that the control with the focus has no use for get here.
+  if (event->key() == Qt::Key_Escape && parentWidget() != nullptr) {
+    close();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
 }
 
 void WindowWidget::changeEvent(QEvent *event) {

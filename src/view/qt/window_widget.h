@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QWidget>
 #include <functional>
 #include <vector>
@@ -15,9 +16,9 @@ namespace cvl {
 
 class WindowWidget : public QWidget {
  public:
-  /// A fixed size, a close button, and a minimise button if MINIMISES; centred on the screen.
-  enum class Minimises { No, Yes };
-  WindowWidget(const WindowLayout &layout, Minimises minimises, ViewEvents &events);
+  /// A window of fixed size, centred on the screen. One without an OWNER is a main window, which
+  /// can be minimised; one with an owner stays in front of it and is closed by the Escape key.
+  WindowWidget(const WindowLayout &layout, ViewEvents &events, QWidget *owner = nullptr);
 
   /// Brings every widget up to its model.
   void Refresh();
@@ -32,6 +33,7 @@ class WindowWidget : public QWidget {
  protected:
   void closeEvent(QCloseEvent *event) override;
   void changeEvent(QEvent *event) override;
+  void keyPressEvent(QKeyEvent *event) override;
 
  private:
   void Add(const PlacedControl &control, ViewEvents &events);
@@ -40,6 +42,9 @@ class WindowWidget : public QWidget {
 
   std::vector<Mirror> Mirrors_;
 };
+
+/// Shows WINDOW, if it is hidden or minimised, and makes it the active one.
+void BringToFront(QWidget &window);
 
 /// The name of a control's widget: its name, and its index behind it in brackets.
 QString WidgetName(std::string_view name, int index);
