@@ -109,6 +109,68 @@ TEST_F(KeyboardTest, AButtonWithTheFocusHasItsDarkOutline) {
   EXPECT_TRUE(Server->Others().Configuration().SelTimeZone.HasFocus());
 }
 
+TEST_F(KeyboardTest, AButtonThatDisablesItselfKeepsTheFocus) {
+  Show();
+  Server->Others().ShowConfiguration();
+  Refresh();
+  WindowWidget &window = *TheView().Configuration();
+  Activate(window);
+  QRBButtons &model = Server->Others().Configuration().CheckUpdate;
+  Widget("CheckUpdate", &window).setFocus();
+  Press(Qt::Key_Space, {}, &window);
+  ASSERT_FALSE(model.Enabled);
+  ASSERT_FALSE(Widget("CheckUpdate", &window).isEnabled());
+  EXPECT_EQ(Focus(), "CheckUpdate");
+  EXPECT_TRUE(model.HasFocus());
+  Press(Qt::Key_Space, {}, &window);
+  EXPECT_FALSE(model.IsDown()) << "it takes no keys meanwhile";
+
+  model.Enabled = true;
+  Refresh();
+  EXPECT_EQ(Focus(), "CheckUpdate");
+  EXPECT_TRUE(model.HasFocus());
+}
+
+TEST_F(KeyboardTest, TheFocusComesBackWithAButtonAfterAnotherWindow) {
+  Show();
+  Server->Others().ShowConfiguration();
+  Refresh();
+  WindowWidget &window = *TheView().Configuration();
+  Activate(window);
+  QRBButtons &model = Server->Others().Configuration().CheckUpdate;
+  Widget("CheckUpdate", &window).setFocus();
+  model.Enabled = false;
+  Refresh();
+  Server->Others().ShowAbout();
+  Refresh();
+  Activate(*TheView().About());
+  EXPECT_FALSE(model.HasFocus());
+  Server->Others().CloseAbout();
+  Refresh();
+  Activate(window);
+  model.Enabled = true;
+  Refresh();
+  EXPECT_EQ(Focus(), "CheckUpdate");
+  EXPECT_TRUE(model.HasFocus());
+}
+
+TEST_F(KeyboardTest, TheTabKeyGoesOnFromADisabledButton) {
+  Show();
+  Server->Others().ShowConfiguration();
+  Refresh();
+  WindowWidget &window = *TheView().Configuration();
+  Activate(window);
+  QRBButtons &model = Server->Others().Configuration().CheckUpdate;
+  Widget("CheckUpdate", &window).setFocus();
+  model.Enabled = false;
+  Refresh();
+  Press(Qt::Key_Tab, {}, &window);
+  EXPECT_EQ(Focus(), "SelTimeZone");
+  model.Enabled = true;
+  Refresh();
+  EXPECT_EQ(Focus(), "SelTimeZone") << "the user has gone elsewhere";
+}
+
 TEST_F(KeyboardTest, TheAltKeyWithTheUnderlinedLetterClicksAButton) {
   Show();
   Server->Others().ShowConfiguration();

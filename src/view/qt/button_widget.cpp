@@ -83,7 +83,11 @@ ButtonWidget::~ButtonWidget() {
 }
 
 void ButtonWidget::RefreshModel() {
+  const bool was_enabled = isEnabled();
   RefreshControl(*this, Model_);
+  // The window may have been inactive meanwhile, and then a disabled button got no focus back.
+  const bool comes_back = !was_enabled && isEnabled();
+  if (comes_back && window()->isActiveWindow() && window()->focusWidget() == this) setFocus();
   // The window may have gone to a display of another scale.
   if (ShownScale_ != devicePixelRatioF()) FitSurface();
   Model_.RefreshIfStale();
@@ -163,6 +167,12 @@ void ButtonWidget::keyReleaseEvent(QKeyEvent *event) {
   // A key that is held goes down again and again, and up once.
   if (event->isAutoRepeat()) return;
   Events_.Raise([&] { Model_.OnKeyUp(KeyCodeOf(*event), ShiftOf(event->modifiers())); });
+}
+
+bool ButtonWidget::focusNextPrevChild(bool next) {
+  // The toolkit asks a disabled widget only while it takes the focus away from it. A button that
+  // disables itself keeps the focus; the Tab key then goes on from there, through the parent.
+  return !isEnabled() || QWidget::focusNextPrevChild(next);
 }
 
 TextSize ButtonWidget::MeasureText(const ShownCaption &text, const ButtonFont &font, int width) {

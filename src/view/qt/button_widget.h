@@ -42,6 +42,7 @@ class ButtonWidget final : public QWidget, private ButtonView {
   void mouseReleaseEvent(QMouseEvent *event) override;
   void keyPressEvent(QKeyEvent *event) override;
   void keyReleaseEvent(QKeyEvent *event) override;
+  bool focusNextPrevChild(bool next) override;
 
  private:
   TextSize MeasureText(const ShownCaption &text, const ButtonFont &font, int width) override;
