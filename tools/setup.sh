@@ -4,7 +4,8 @@ RunPackages="g++ cmake ninja-build libsystemd-dev iproute2 util-linux"
 TestPackages="libgtest-dev libgmock-dev libbenchmark-dev python3 chrony ntpsec-ntpdig
   nginx-light rdate netcat-openbsd inetutils-inetd clang clang-format clang-tidy
   libclang-rt-14-dev mandoc systemd tzdata qt6-base-dev xvfb xdotool openbox trayer imagemagick
-  x11-utils xauth fonts-dejavu-core fonts-liberation"
+  x11-utils xauth fonts-dejavu-core fonts-liberation
+  desktop-file-utils appstream"
 
 # Install PACKAGE...: those that are missing, with apt where we are root. Those that bring
 # daemons along are test peers; they run in namespaces of the tests' own and nowhere else.

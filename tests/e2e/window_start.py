@@ -1,5 +1,6 @@
 """The start of a run with a window, and what stands in its way."""
 
+import glob
 import json
 import os
 import shutil
@@ -15,6 +16,7 @@ from update import (MAKER, MakerSite, NameTheMaker, SERVER_FILE_PATH, USUAL_SERV
 
 OPEN_MINIMISED = SETTINGS + ('"OpenMinimized"="YES"',)
 MODULE = "cvlwindow.so"
+DESKTOP_FILES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../data/desktop")
 WINDOW_VARIABLES = ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")
 
 # Tells how it was started.
@@ -182,6 +184,18 @@ def TestTheModuleHasNoSecondCopyOfTheCore():
     for name in ("cvl::CVL_Server::", "cvl::EventLoop::RunOnePass", "cvl::QRBButtons::Press",
                  "cvl::ComboBox::Choose", "cvl::TrayEntry::OnResize", "cvl::GeneralText"):
         assert not [line for line in inside if name in line], name
+
+
+def TestTheWindowsClassIsTheNameOfTheDesktopFile():
+    [desktop_file] = glob.glob(os.path.join(DESKTOP_FILES, "*.desktop"))
+    name = os.path.basename(desktop_file).removesuffix(".desktop")
+    with World() as world, Desktop(world) as desktop:
+        server = desktop.server("-config")
+        hand = Hand(desktop)
+        for window in (hand.window, hand.open_about()):
+            shown = desktop.output("xprop", "-id", window, "WM_CLASS")
+            assert shown.strip().endswith(f', "{name}"'), shown
+        assert server.stop() == 0
 
 
 class StandIns:

@@ -27,6 +27,9 @@ QtView *ViewOfMessages = nullptr;
   std::_Exit(EXIT_FAILURE);
 }
 
+/// The name of the desktop file, without its ending.
+constexpr const char *DesktopName = "chronvale-server";
+
 // A turn of the toolkit's loop costs more than a pass of ours that finds nothing to do; under
 // load one turn serves several passes.
 constexpr int PassesAtOnce = 4;
@@ -76,7 +79,10 @@ std::string QtView::OpenDisplay() {
   // The toolkit takes over the user's locale; numbers in files and settings stay as they are.
   std::setlocale(LC_NUMERIC, "C");
   InstallAccessibility();
-  QApplication::setDesktopFileName("chronvale-server");
+  // Desktops find the program's name and icon by this: the desktop file is named so, and on X11
+  // the window's class is the application's name.
+  QApplication::setApplicationName(DesktopName);
+  QApplication::setDesktopFileName(DesktopName);
   QApplication::setQuitOnLastWindowClosed(false);
   return {};
 }
