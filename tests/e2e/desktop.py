@@ -22,11 +22,12 @@ TRAY_HEIGHT = 28
 
 
 class Desktop:
-    def __init__(self, world, size="1024x768", tray=False, scale=None):
+    def __init__(self, world, size="1024x768", tray=False, scale=None, dpi=None):
         self.world = world
         self._size = size
         self._tray = tray
         self._scale = scale
+        self._dpi = dpi
         self._processes = []
         self._x_server = None
         self._server = None
@@ -37,6 +38,9 @@ class Desktop:
         os.makedirs(SHOTS, exist_ok=True)
         try:
             self._open_display()
+            if self._dpi:
+                self.output("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set",
+                            "RESOURCE_MANAGER", f"Xft.dpi:\t{self._dpi}\n")
             self._start("openbox", "--sm-disable")
             # It announces itself before it takes windows; the list of them comes after that.
             wait_until(lambda: "window id" in self.output("xprop", "-root", "_NET_CLIENT_LIST"),

@@ -2,6 +2,7 @@
 
 import json
 import os
+import re
 import stat
 
 from desktop import Desktop
@@ -18,10 +19,11 @@ NEW_FILE = "Chronvale Update Available!"
 class Check:
     """A run with the configuration window open, and a maker whose files it may ask for."""
 
-    def __init__(self, world, desktop):
+    def __init__(self, world, desktop, **variables):
         self.desktop = desktop
         world.upstream()
-        self.server = desktop.server("-config", environment={"CHRONVALE_MAKER_HOST": MAKER})
+        self.server = desktop.server("-config", environment={"CHRONVALE_MAKER_HOST": MAKER,
+                                                             **variables})
         self.hand = Hand(desktop)
         self.server.wait_for_gate()
         self.configuration = self.hand.open_configuration()
@@ -69,6 +71,54 @@ def TestClientsAreAnsweredWhileTheMenuIsOpen():
         assert not desktop.windows(TITLE)
         assert desktop.tray_icon()
         assert server.stop() == 0
+
+
+def FreeColumns(rows):
+    """The widths of the stretches of an area where every column of pixels is the same."""
+    columns = list(zip(*rows))
+    runs = [1]
+    for before, column in zip(columns, columns[1:]):
+        if column == before:
+            runs[-1] += 1
+        else:
+            runs.append(1)
+    return runs
+
+
+def ExpectWholeTitle(desktop, window):
+    """A title that is cut fills its title bar; a whole one, in the middle, leaves room on both
+    sides of it."""
+    shown = desktop.output("xprop", "-id", window, "_NET_FRAME_EXTENTS")
+    height = int(shown.split("=")[1].split(",")[2])
+    width = int(re.search(r"Width: (\d+)", desktop.output("xwininfo", "-id", window)).group(1))
+    rows = desktop.area(window, 0, -height, width, height)[height // 4:3 * height // 4]
+    free = [run for run in FreeColumns(rows) if run > height // 2]
+    assert len(free) >= 2, (height, width, sorted(FreeColumns(rows))[-4:])
+
+
+def TestTitlesAreWholeOnADisplayOfTwiceTheUsualResolution():
+    with World() as world, Desktop(world, size="1600x1200", dpi=192) as desktop, \
+            MakerSite(world, {VERSION_PATH: VersionFile(7, latest="5.2.0")}):
+        world.upstream()
+        # The first check of a run without a server file asks the same as the button does.
+        os.remove(os.path.join(world.home, "QRB_CVLS4.CVL"))
+        server = desktop.server("-config", environment={"CHRONVALE_MAKER_HOST": MAKER})
+        box = desktop.window(NEW_PROGRAM)
+        desktop.shot("box-192-dpi")
+        ExpectWholeTitle(desktop, box)
+        assert server.stop() == 0
+
+
+def TestTitlesAreWholeWhereTitleBarsAloneAreLarge():
+    with World() as world, Desktop(world, size="1600x1200", dpi=192) as desktop, \
+            MakerSite(world, {VERSION_PATH: VersionFile(7, latest="5.2.0")}):
+        check = Check(world, desktop, QT_FONT_DPI="96")
+        box = check.press(NEW_PROGRAM)
+        desktop.shot("box-large-title-bar")
+        ExpectWholeTitle(desktop, box)
+        check.answer(NEW_PROGRAM, "Escape")
+        ExpectWholeTitle(desktop, desktop.window(NEW_FILE))
+        assert check.server.stop() == 0
 
 
 def TestYesStartsTheUpdater():

@@ -3,6 +3,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
+#include <QWindow>
 
 #include "tests/support/posted_work.h"
 #include "tests/view_qt/window_bench.h"
@@ -27,10 +28,12 @@ class MessageBoxTest : public WindowTest {
     });
     wait.start(10);
     const BoxAnswer answer =
-        TheView().Boxes().Show(owner, style, "A title", "First line\r\nSecond & last");
+        TheView().Boxes().Show(owner, style, Title, "First line\r\nSecond & last");
     EXPECT_TRUE(seen);
     return answer;
   }
+
+  std::string Title = "A title";
 
   void PressButton(QMessageBox &box, QMessageBox::StandardButton button) {
     ASSERT_NE(box.button(button), nullptr);
@@ -99,6 +102,22 @@ TEST_F(MessageBoxTest, AnOwnerThatNobodySeesOwnsNothing) {
       PressButton(box, QMessageBox::Ok);
     });
   }
+}
+
+TEST_F(MessageBoxTest, ItIsAsWideAsItsTitleBarNeeds) {
+  const int height = TheView().Main()->windowHandle()->frameMargins().top();
+  ASSERT_GT(height, 0) << "the window manager draws title bars";
+  Title = "Chronvale Server AUTO Update Available!";
+  Ask(BoxOwner::MainWindow, BoxStyle::Ok, [&](QMessageBox &box) {
+    QFont font = box.font();
+    font.setBold(true);
+    const QString title = box.windowTitle();
+    EXPECT_GE(box.width(), QFontMetrics(font).horizontalAdvance(title) + 150);
+    // A window manager with larger letters than the toolkit's has higher title bars.
+    font.setPixelSize(height * 7 / 10);
+    EXPECT_GE(box.width(), QFontMetrics(font).horizontalAdvance(title) + 5 * height);
+    PressButton(box, QMessageBox::Ok);
+  });
 }
 
 // Which window is in front when the box has been answered.

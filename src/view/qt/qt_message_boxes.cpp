@@ -1,10 +1,13 @@
 #include "view/qt/qt_message_boxes.h"
 
+#include <QApplication>
 #include <QFontMetrics>
 #include <QGridLayout>
 #include <QMessageBox>
 #include <QPointer>
 #include <QSpacerItem>
+#include <QWindow>
+#include <algorithm>
 
 #include "view/qt/qt_text.h"
 #include "view/qt/window_widget.h"
@@ -13,16 +16,41 @@ namespace cvl {
 
 namespace {
 
-// The icon and the buttons of a title bar, whatever the window manager draws there.
+// The icon and the buttons of a title bar, in units of the display.
 constexpr int TitleBarExtras = 150;
 
-/// Makes BOX as wide as its title needs, which the toolkit leaves out of account.
+/// The height of the title bars on this display, as the window manager draws them; 0 when no
+/// window has one.
+int TitleBarHeight() {
+  int height = 0;
+  for (const QWindow *window : QGuiApplication::topLevelWindows()) {
+    if (window->isVisible()) height = std::max(height, window->frameMargins().top());
+  }
+  return height;
+}
+
+int WidthOfTitle(const QString &title, QFont font) {
+  font.setBold(true);
+  return QFontMetrics(font).horizontalAdvance(title);
+}
+
+/// The width that a title bar with TITLE needs. The window manager has a font and a scale of its
+/// own, of which the toolkit knows nothing: a title bar that is higher than usual has larger
+/// letters, and its icon and each of its buttons are as wide as it is high.
+int TitleBarWidth(const QString &title, const QFont &font) {
+  const int height = TitleBarHeight();
+  QFont estimated = font;
+  estimated.setPixelSize(std::max(1, height * 7 / 10));
+  return std::max(WidthOfTitle(title, font) + TitleBarExtras,
+                  WidthOfTitle(title, estimated) + 5 * height);
+}
+
+/// Makes BOX as wide as its title bar needs, which the toolkit doesn't do.
 void MakeRoomForTitle(QMessageBox &box) {
   auto *grid = qobject_cast<QGridLayout *>(box.layout());
   if (grid == nullptr) return;
-  QFont font = box.font();
-  font.setBold(true);
-  const int width = QFontMetrics(font).horizontalAdvance(box.windowTitle()) + TitleBarExtras;
+  // The box has margins beside the grid, so it becomes a little wider than this.
+  const int width = TitleBarWidth(box.windowTitle(), box.font());
   grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
 }
 
