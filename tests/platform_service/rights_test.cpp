@@ -23,9 +23,9 @@ namespace {
 
 using testing::HasSubstr;
 
-constexpr Capabilities Port = Capabilities{1} << CAP_NET_BIND_SERVICE;
-constexpr Capabilities Clock = Capabilities{1} << CAP_SYS_TIME;
-constexpr Capabilities Files = Capabilities{1} << CAP_DAC_OVERRIDE;
+constexpr Capabilities MayBindPorts = Capabilities{1} << CAP_NET_BIND_SERVICE;
+constexpr Capabilities MaySetClock = Capabilities{1} << CAP_SYS_TIME;
+constexpr Capabilities MayAccessFiles = Capabilities{1} << CAP_DAC_OVERRIDE;
 
 /// Runs WORK in a child process as the mapped root of a user namespace of its own.
 void AsRoot(const std::function<void()> &work) {
@@ -65,12 +65,12 @@ class RightsTest : public testing::Test {
 };
 
 TEST(NeededCapabilities, AreThoseOfPortsAndClock) {
-  EXPECT_EQ(NeededCapabilities(0, 0), Port | Clock);
-  EXPECT_EQ(NeededCapabilities(1000, 1000), Port | Clock);
+  EXPECT_EQ(NeededCapabilities(0, 0), MayBindPorts | MaySetClock);
+  EXPECT_EQ(NeededCapabilities(1000, 1000), MayBindPorts | MaySetClock);
 }
 
 TEST(NeededCapabilities, IncludeThatOfFilesInADirectoryOfAnotherUser) {
-  EXPECT_EQ(NeededCapabilities(0, 1000), Port | Clock | Files);
+  EXPECT_EQ(NeededCapabilities(0, 1000), MayBindPorts | MaySetClock | MayAccessFiles);
 }
 
 TEST_F(RightsTest, GoDownToPortsAndClock) {
