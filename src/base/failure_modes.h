@@ -60,21 +60,22 @@ class ContinueOnFailure {
   /// Runs one step. False when it failed; what it had done before that stays done.
   template <class Work>
   bool Step(Work &&work) {
-    Failure failure = Trap(std::forward<Work>(work));
-    Number_ = failure.Number;
-    if (failure) Description_ = std::move(failure.Description);
+    try {
+      std::forward<Work>(work)();
+      Number_ = 0;
+    } catch (const RuntimeError &error) {
+      Number_ = error.Number();
+    } catch (const std::bad_alloc &) {
+      Number_ = error_number::OutOfMemory;
+    }
     return Number_ == 0;
   }
 
   /// The number of the last step's failure, 0 if it went well.
   int Number() const { return Number_; }
 
-  /// The description that belongs to Number; empty if no step has failed yet.
-  const std::string &Description() const { return Description_; }
-
  private:
   int Number_ = 0;
-  std::string Description_;
 };
 
 }  // namespace cvl

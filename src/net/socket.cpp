@@ -7,14 +7,6 @@ void Socket::SetLocalPort(std::int16_t port) {
   LocalPort_ = port;
 }
 
-void Socket::SetRemoteHost(PeerAddress host) {
-  if (host) {
-    RemoteHost_ = *host;
-  } else {
-    RemoteHost_ = std::string();
-  }
-}
-
 std::string Socket::RemoteHost() const {
   if (const Ipv4Address *number = RemoteNumber()) return AddressText(*number);
   return std::get<std::string>(RemoteHost_);

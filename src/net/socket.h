@@ -44,7 +44,13 @@ class Socket {
   /// Where SendData and Connect go: a dotted address or a name.
   std::string RemoteHost() const;
   void SetRemoteHost(std::string_view host) { RemoteHost_ = std::string(host); }
-  void SetRemoteHost(PeerAddress host);
+  void SetRemoteHost(PeerAddress host) {
+    if (host) {
+      RemoteHost_ = *host;
+    } else {
+      RemoteHost_ = std::string();
+    }
+  }
   std::int32_t RemotePort() const { return RemotePort_; }
   void SetRemotePort(std::uint16_t port) { RemotePort_ = port; }
 

@@ -135,18 +135,19 @@ void UdpSocket::SendAnswer(std::span<const std::uint8_t> bytes) {
   }
   if (Queued_.IsFull()) SendQueued();
   Queued_.Add(bytes, to, Present_->LocalAddress);
-  if (!Unsettled::IsLinked()) Layer_.Loop.SettleLater(*this);
+  // The answers wait for the rest of the batch; but a handler that lets the loop run may take
+  // long.
+  if (!Unsettled::IsLinked()) Layer_.Loop.SettleBeforePass(*this);
 }
 
-bool UdpSocket::Settle(SettlePoint point) {
-  // At the end of an event the answers wait for the rest of the batch; a handler that lets
-  // the loop run may take long.
-  if (point == SettlePoint::NestedPass) SendQueued();
-  return Queued_.IsEmpty();
+bool UdpSocket::Settle(SettlePoint) {
+  SendQueued();
+  return true;
 }
 
 void UdpSocket::SendQueued() {
   if (Queued_.IsEmpty()) return;
+  Unsettled::Unlink();
   if (Queued_.SendAll(Layer_.System, Handle_) > 0 && OnAnswersSent) OnAnswersSent();
 }
 

@@ -54,6 +54,9 @@ void EventLoop::Run() {
 }
 
 void EventLoop::RunOnePass() {
+  while (Unsettled *work = BeforePass_.PopFront()) {
+    static_cast<void>(work->Settle(SettlePoint::NestedPass));
+  }
   Settle(SettlePoint::NestedPass);
   if (Depth_ > MostNested || Quitting_) return;
   // What is left is settled behind its own event, not behind those of the pass.
@@ -110,8 +113,7 @@ void EventLoop::RunPosted(IntrusiveList<PostedEvent, PostedTag> &posted) {
   }
 }
 
-void EventLoop::Settle(SettlePoint point) {
-  if (Unsettled_.IsEmpty()) return;
+void EventLoop::SettleAll(SettlePoint point) {
   IntrusiveList<Unsettled, SettleTag> round;
   round.TakeAll(Unsettled_);
   while (Unsettled *work = round.PopFront()) {

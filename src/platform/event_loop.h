@@ -148,6 +148,10 @@ class EventLoop {
   /// Has WORK settled behind the present event, or when the next nested pass begins.
   void SettleLater(Unsettled &work) { Unsettled_.PushBack(work); }
 
+  /// Has WORK settled, as at a nested pass, when a handler lets the loop run. It stays until
+  /// then, or until it is unlinked, however many events end; its answer is not looked at.
+  void SettleBeforePass(Unsettled &work) { BeforePass_.PushBack(work); }
+
   /// Runs one event's handler: failures that reach its top are fatal, and what it left
   /// behind is settled.
   template <class Handler>
@@ -164,7 +168,9 @@ class EventLoop {
   }
 
   /// Takes up loose ends now. Whoever runs handlers outside of a pass calls it.
-  void Settle(SettlePoint point);
+  void Settle(SettlePoint point) {
+    if (!Unsettled_.IsEmpty()) SettleAll(point);
+  }
 
   /// Called with the failure of an event that nothing caught; it doesn't return.
   std::function<void(const RuntimeError &)> OnFatal;
@@ -185,6 +191,7 @@ class EventLoop {
  private:
   friend class LoopTimer;
 
+  void SettleAll(SettlePoint point);
   void Pass(Waiting waiting);
   void FireTimers();
   void RunPosted(IntrusiveList<PostedEvent, PostedTag> &posted);
@@ -197,6 +204,7 @@ class EventLoop {
   std::int64_t ArmedMs_ = -1;
   IntrusiveList<PostedEvent, PostedTag> Posted_;
   IntrusiveList<Unsettled, SettleTag> Unsettled_;
+  IntrusiveList<Unsettled, SettleTag> BeforePass_;
   std::uint64_t Passes_ = 0;
   int Depth_ = 0;
   bool Running_ = false;

@@ -41,7 +41,6 @@ TEST(ContinueOnFailure, SkipsAStepThatRunsOutOfMemory) {
   ContinueOnFailure mode;
   EXPECT_FALSE(mode.Step([] { throw std::bad_alloc(); }));
   EXPECT_EQ(mode.Number(), error_number::OutOfMemory);
-  EXPECT_EQ(mode.Description(), "Out of memory");
   EXPECT_TRUE(mode.Step([] {}));
 }
 
@@ -61,7 +60,6 @@ TEST(Trap, LetsOtherExceptionsThrough) {
 TEST(ContinueOnFailure, StartsWithoutAFailure) {
   const ContinueOnFailure mode;
   EXPECT_EQ(mode.Number(), 0);
-  EXPECT_EQ(mode.Description(), "");
 }
 
 TEST(ContinueOnFailure, SkipsTheRestOfAFailedStepAndGoesOn) {
@@ -89,7 +87,6 @@ TEST(ContinueOnFailure, ForgetsTheNumberAfterAGoodStep) {
   ContinueOnFailure mode;
   mode.Step([] { throw RuntimeError(13); });
   EXPECT_EQ(mode.Number(), 13);
-  EXPECT_EQ(mode.Description(), "Type mismatch");
   mode.Step([] {});
   EXPECT_EQ(mode.Number(), 0);
 }
@@ -97,9 +94,8 @@ TEST(ContinueOnFailure, ForgetsTheNumberAfterAGoodStep) {
 TEST(ContinueOnFailure, KeepsTheLastOfSeveralFailures) {
   ContinueOnFailure mode;
   mode.Step([] { throw RuntimeError(6); });
-  mode.Step([] { throw RuntimeError(9, "slot 12"); });
+  mode.Step([] { throw RuntimeError(9); });
   EXPECT_EQ(mode.Number(), 9);
-  EXPECT_EQ(mode.Description(), "slot 12");
 }
 
 TEST(ContinueOnFailure, LetsOtherExceptionsThrough) {

@@ -115,6 +115,25 @@ TEST_F(NestedPass, SettlesFirstAndAgainAtTheEndOfTheEvent) {
   EXPECT_EQ(Trail, "(n)e");
 }
 
+TEST_F(NestedPass, SettlesWhatWaitsForAPassAndNotAtTheEndsOfEvents) {
+  UnsettledOf answers([this](SettlePoint point) {
+    Trail += point == SettlePoint::NestedPass ? 'n' : 'e';
+    return false;
+  });
+  PostedOf first([&] { Loop.SettleBeforePass(answers); });
+  PostedOf second([&] {
+    Trail += '(';
+    Loop.RunOnePass();
+    Loop.RunOnePass();
+    Trail += ')';
+  });
+  Loop.Post(first);
+  Loop.Post(second);
+  Loop.RunOnePass();
+  Loop.RunOnePass();
+  EXPECT_EQ(Trail, "(n)");
+}
+
 TEST_F(NestedPass, FiresARepeatingTimerOnceForItself) {
   StandingClock clock;
   LoopTimer timer(Loop, [&] {
