@@ -117,7 +117,9 @@ def TestTitlesAreWholeWhereTitleBarsAloneAreLarge():
         desktop.shot("box-large-title-bar")
         ExpectWholeTitle(desktop, box)
         check.answer(NEW_PROGRAM, "Escape")
-        ExpectWholeTitle(desktop, desktop.window(NEW_FILE))
+        box = desktop.window(NEW_FILE)
+        desktop.shot("box-large-title-bar-of-a-file")
+        ExpectWholeTitle(desktop, box)
         assert check.server.stop() == 0
 
 

@@ -36,13 +36,14 @@ int WidthOfTitle(const QString &title, QFont font) {
 
 /// The width that a title bar with TITLE needs. The window manager has a font and a scale of its
 /// own, of which the toolkit knows nothing: a title bar that is higher than usual has larger
-/// letters, and its icon and each of its buttons are as wide as it is high.
+/// letters, and its icon and each of its buttons are as wide as it is high. Its letters may also be
+/// wider than the toolkit's.
 int TitleBarWidth(const QString &title, const QFont &font) {
   const int height = TitleBarHeight();
   QFont estimated = font;
   estimated.setPixelSize(std::max(1, height * 7 / 10));
   return std::max(WidthOfTitle(title, font) + TitleBarExtras,
-                  WidthOfTitle(title, estimated) + 5 * height);
+                  WidthOfTitle(title, estimated) + 6 * height);
 }
 
 /// Makes BOX as wide as its title bar needs, which the toolkit doesn't do.
