@@ -104,6 +104,26 @@ TEST_F(SingleInstanceTest, FollowsNoLink) {
   EXPECT_FALSE(std::filesystem::exists(Folder + "/elsewhere"));
 }
 
+TEST_F(SingleInstanceTest, TakesNoFileWithASecondName) {
+  const std::string theirs = Folder + "/theirs";
+  std::ofstream(theirs).close();
+  ASSERT_EQ(chmod(theirs.c_str(), 0644), 0);
+  ASSERT_EQ(link(theirs.c_str(), LockPath().c_str()), 0);
+  ExpectRefused("Too many links");
+  EXPECT_EQ(ModeOfLock(), 0644U);
+}
+
+TEST_F(SingleInstanceTest, GivesTheLockFileToTheOwnerOfTheDirectory) {
+  // Only root can change the owner; to all others the directory belongs already.
+  const uid_t owner = geteuid() == 0 ? 4321 : geteuid();
+  ASSERT_EQ(chown(Folder.c_str(), owner, static_cast<gid_t>(-1)), 0);
+  LinuxHost host(Folder);
+  EXPECT_TRUE(host.ClaimSingleInstance());
+  struct stat lock {};
+  ASSERT_EQ(stat(LockPath().c_str(), &lock), 0);
+  EXPECT_EQ(lock.st_uid, owner);
+}
+
 TEST_F(SingleInstanceTest, IsNotInheritedByProgramsThatAreStarted) {
   const int next = dup(STDERR_FILENO);
   close(next);

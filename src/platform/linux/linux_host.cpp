@@ -29,16 +29,24 @@ int OpenLock(const std::string &path) {
   return file >= 0 || errno != EROFS ? file : open(path.c_str(), O_RDONLY | LockFlags);
 }
 
-int CreateLock(const std::string &path) {
-  return open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | LockFlags, OwnerOnly);
+/// Makes the lock file and gives it to the owner of DIRECTORY, so that a start or an
+/// installation by root doesn't keep the owner from starting later.
+int CreateLock(const std::string &directory, const std::string &path) {
+  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | LockFlags, OwnerOnly);
+  if (file < 0) return file;
+  struct stat owner {};
+  if (stat(directory.c_str(), &owner) != 0 || owner.st_uid == geteuid()) return file;
+  if (fchown(file, owner.st_uid, owner.st_gid) != 0) TraceFailure("fchown", errno);
+  return file;
 }
 
-/// 0, or an errno value for what can't be the lock file. A lock file that others can open is
-/// closed to them, as they could hold the lock.
+/// 0, or an errno value for what can't be the lock file: that has one name. A lock file that
+/// others can open is closed to them, as they could hold the lock.
 int CheckLock(int file) {
   struct stat found {};
   if (fstat(file, &found) != 0) return errno;
   if (!S_ISREG(found.st_mode)) return EINVAL;
+  if (found.st_nlink != 1) return EMLINK;
   if ((found.st_mode & 0777) != OwnerOnly && fchmod(file, OwnerOnly) != 0) {
     TraceFailure("fchmod", errno);
   }
@@ -58,7 +66,7 @@ bool LinuxHost::ClaimSingleInstance() {
   const std::string path = ProgramDirectory_ + LockName;
   Lock_ = OpenLock(path);
   if (Lock_ < 0 && errno == ENOENT) {
-    Lock_ = CreateLock(path);
+    Lock_ = CreateLock(ProgramDirectory_, path);
     if (Lock_ < 0 && errno != EEXIST) return ClaimDirectory();
     if (Lock_ < 0) Lock_ = OpenLock(path);  // another instance has just created it
   }
