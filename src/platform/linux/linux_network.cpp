@@ -47,6 +47,17 @@ void Enable(int descriptor, int level, int option, const char *name) {
   Set(descriptor, level, option, 1, name);
 }
 
+/// The size that a socket's receive buffer was set to; 0 when the system doesn't say.
+int ReceiveBufferOf(int descriptor) {
+  int size = 0;
+  socklen_t length = sizeof size;
+  if (getsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &size, &length) != 0) {
+    TraceFailure("SO_RCVBUF", errno);
+    return 0;
+  }
+  return size / 2;  // the kernel doubles what it is asked for
+}
+
 /// A new socket bound to PORT of every address. PREPARE sets options before the bind.
 template <class Prepare>
 Network::Opened OpenBound(int type, std::uint16_t port, Prepare &&prepare) {
@@ -103,7 +114,9 @@ Network::Opened LinuxNetwork::OpenDatagram(std::uint16_t port) {
     Enable(descriptor, IPPROTO_IP, IP_PKTINFO, "IP_PKTINFO");
     // A reply must find room after a flood of empty datagrams, each of which takes some 800
     // bytes of it. The system gives less where its own limit is lower.
-    Set(descriptor, SOL_SOCKET, SO_RCVBUF, ReceiveBuffer, "SO_RCVBUF");
+    if (ReceiveBufferOf(descriptor) < ReceiveBuffer) {
+      Set(descriptor, SOL_SOCKET, SO_RCVBUF, ReceiveBuffer, "SO_RCVBUF");
+    }
   });
 }
 
