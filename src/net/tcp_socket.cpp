@@ -233,7 +233,10 @@ void TcpSocket::FinishConnecting() {
     return;
   }
   SetState(SocketState::Connected);
-  UpdateWatch();
+  if (const int refused = TryWatch(); refused != 0) {
+    Break(refused);
+    return;
+  }
   if (Events_.Connect) Events_.Connect(Index_);
 }
 
