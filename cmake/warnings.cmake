@@ -20,7 +20,7 @@ endif()
 if(CVL_SANITIZE)
   # The fuzz targets link libFuzzer's main with the same rooms, which therefore count what they
   # reach. Fuzzing is what gains from optimised rooms.
-  target_compile_options(cvl_options INTERFACE -O1 -fsanitize=address,undefined,fuzzer-no-link
+  target_compile_options(cvl_options INTERFACE -O2 -fsanitize=address,undefined,fuzzer-no-link
                                                -fsanitize-coverage-ignorelist=${CMAKE_SOURCE_DIR}/fuzz/uncovered.txt
                                                -fno-sanitize-recover=undefined
                                                -fno-omit-frame-pointer)
