@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,8 +26,8 @@ namespace {
 
 using cvl::fuzz::Require;
 
-/// A run takes so many pieces: two exchanges and what follows them.
-constexpr int MostPieces = 8;
+/// Most pieces of a run: a version file, and a server file in three pieces.
+constexpr int MostPieces = 4;
 constexpr const char *ServerFilePath = "/program/QRB_CVLS4.CVL";
 constexpr std::string_view OldServerFile =
     "1\r\n2\r\n3\r\n4\r\n5\r\n"
@@ -34,28 +35,45 @@ constexpr std::string_view OldServerFile =
 
 class Run final : cvl::fuzz::Parts {
  public:
-  explicit Run(std::uint8_t choice) {
+  Run() {
     State.Flags.TimeSynced = true;
     State.Start.ProgramVersion = "5.1.1";
     State.Start.MakerHost = "10.0.0.80";
     Values_.Put(cvl::FakeRegistry::SettingsKey, "Settings", "NO:59:Minute/s:NA:36");
-    Button_.Enabled = false;
-    Update_.CheckUpdate = [this]() -> cvl::Control & { return Button_; };
-    Settings_.QRBUpdate = [this] { Update_.QRBUpdate(); };
-    Settings_.FileRequested = (choice & 1) != 0;
+    Keep();
+  }
+
+  /// Makes what has a state of its own again, and resets the rest.
+  void Begin() {
+    const bool read_servers = Files.BinaryOpens > 0;
+    Update_.reset();
+    DropConnections();
+    Require(Net.OpenCount() == 0 && Files.OpenOutputs == 0 && Values_.Writes.empty());
+    Reset();
+    if (read_servers) ForgetServers();
+    Files.BinaryOpens = 0;
+    Values_.Opened.clear();
+    Dialogs_.Boxes.clear();
+    Programs_.Programs.clear();
+    Written_.clear();
+    MakeClient();
+  }
+
+  void Choose(std::uint8_t choice) {
+    Settings_->FileRequested = (choice & 1) != 0;
     State.Flags.Interactive = (choice & 2) != 0;
-    if ((choice & 4) != 0) Dialogs_.Answer = cvl::BoxAnswer::Yes;
+    Dialogs_.Answer = (choice & 4) != 0 ? cvl::BoxAnswer::Yes : cvl::BoxAnswer::No;
     if ((choice & 8) != 0) Files.Contents[ServerFilePath] = OldServerFile;
   }
 
   void Take(std::string_view piece) {
-    if (Update_.qrb().State() == cvl::SocketState::Closed) Update_.QRBUpdate();
-    if (Update_.qrb().State() == cvl::SocketState::Connecting) {
+    if (Update_->qrb().State() == cvl::SocketState::Closed) Update_->QRBUpdate();
+    if (Update_->qrb().State() == cvl::SocketState::Connecting) {
       Net.Connections.back().Establish();
       Loop.Drain();
     }
     const bool writes =
-        Settings_.FileRequested && (Files.BinaryOpens == 0 || Files.OpenOutputs > 0);
+        Settings_->FileRequested && (Files.BinaryOpens == 0 || Files.OpenOutputs > 0);
     Net.Connections.back().Send(piece);
     Loop.Drain();
     if (writes) Written_ += BodyOf(piece);
@@ -64,6 +82,18 @@ class Run final : cvl::fuzz::Parts {
   }
 
  private:
+  void MakeClient() {
+    Button_ = {};
+    Button_.Enabled = false;
+    Settings_.emplace(cvl::SettingsStore::Parts{State, Window, Files, Store_, Services_, Listening_,
+                                                Servers, Draw, Schedule, Entry_, StandardZoneName_,
+                                                DaylightZoneName_});
+    Update_.emplace(
+        cvl::UpdateClient::Parts{State, Window, Files, Dialogs_, Programs_, *Settings_, Layer});
+    Update_->CheckUpdate = [this]() -> cvl::Control & { return Button_; };
+    Settings_->QRBUpdate = [this] { Update_->QRBUpdate(); };
+  }
+
   static std::string_view BodyOf(std::string_view piece) {
     constexpr std::string_view EmptyLine = "\r\n\r\n";
     const std::size_t end = piece.find(EmptyLine);
@@ -102,9 +132,8 @@ class Run final : cvl::fuzz::Parts {
   cvl::TrayEntry Entry_{Window, State, Panel, Texts, Tray};
   std::string StandardZoneName_;
   std::string DaylightZoneName_;
-  cvl::SettingsStore Settings_{{State, Window, Files, Store_, Services_, Listening_, Servers, Draw,
-                                Schedule, Entry_, StandardZoneName_, DaylightZoneName_}};
-  cvl::UpdateClient Update_{{State, Window, Files, Dialogs_, Programs_, Settings_, Layer}};
+  std::optional<cvl::SettingsStore> Settings_;
+  std::optional<cvl::UpdateClient> Update_;
   cvl::Control Button_;
   std::string Written_;
 };
@@ -113,7 +142,8 @@ class Run final : cvl::fuzz::Parts {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   if (size == 0) return 0;
-  Run run(data[0]);
+  Run &run = cvl::fuzz::SharedRun<Run>();
+  run.Choose(data[0]);
   std::string_view rest(reinterpret_cast<const char *>(data) + 1, size - 1);
   for (int pieces = 0; pieces < MostPieces && !rest.empty(); ++pieces) {
     const std::size_t end = std::min(rest.find('\xFF'), rest.size());

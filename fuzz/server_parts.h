@@ -1,6 +1,5 @@
 // The parts of a server that the fuzz targets of its services share, on a system without a
-// kernel. A run either makes its own or resets those of the run before, so that a failure
-// depends on its input alone.
+// kernel. A run resets those of the run before it, so that a failure depends on its input alone.
 //
 //   Parts parts;
 //   ClientProtocol protocol(parts.Context);
@@ -72,6 +71,27 @@ struct Parts {
     Loop.Calls.clear();
   }
 
+  /// Makes the server list and what depends on it again, as the constructor left them.
+  void ForgetServers() {
+    Rebuild(Schedule, State, Window, SyncNow, Texts, Panel);
+    Rebuild(Draw, Window, State, Servers, Time);
+    Rebuild(Servers, Window);
+    SyncNow.SetEnabled(false);
+  }
+
+  /// Ends the peers' side of all connections, whose sockets the program has closed, and
+  /// forgets them.
+  void DropConnections() {
+    if (Layer.Lingering.Count() > 0) {
+      for (FakeConnection &connection : Net.Connections) {
+        connection.End();
+      }
+      Loop.Advance(LingeringCloses::LookMs);
+      Require(Layer.Lingering.Count() == 0);
+    }
+    Net.Connections.clear();
+  }
+
   /// Reads a server file with one server, 10.0.0.1.
   void ReadServerFile() {
     std::istringstream file("h\nh\nh\nh\nh\n10.0.0.1:::A NA:::2:::\n");
@@ -102,6 +122,13 @@ struct Parts {
   ServiceContext Context{State, Window, Sockets, Time, LampRow, Texts, Log, Loop};
 
  private:
+  /// Other parts keep their references to PART.
+  template <class Part, class... Arguments>
+  static void Rebuild(Part &part, Arguments &...arguments) {
+    std::destroy_at(&part);
+    std::construct_at(&part, arguments...);
+  }
+
   RunState KeptState_;
   MainWindow KeptWindow_;
 };
