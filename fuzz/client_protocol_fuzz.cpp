@@ -16,7 +16,7 @@
 
 /// Before a connection is taken, the socket layer allocates and frees the memory that it keeps back
 /// from connections, and never touches it. The sanitizer's allocator maps and unmaps pages for a
-/// block of that size, which takes four times as long as the rest of a run.
+/// block of that size, which takes longer than the rest of a run.
 void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
   const bool is_kept_back = size == cvl::SocketLayer::MemoryKeptBack;
   try {
