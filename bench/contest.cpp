@@ -10,10 +10,10 @@ namespace cvl::bench {
 namespace {
 
 constexpr int UsualRounds = 13;
-constexpr int MostRounds = 60;
+constexpr int MostRounds = 40;
 
 // A median stands still when it is known within so much of itself.
-constexpr double Still = 0.01;
+constexpr double Still = 0.02;
 
 /// What the rounds have shown of one contender.
 struct Figures {
