@@ -21,7 +21,7 @@ void TcpSocket::Listen() {
 }
 
 void TcpSocket::AcceptWaiting() {
-  // A pass inside a handler has taken up whoever else was waiting, and the next will.
+  // A pass inside a handler has taken all other waiting connections, and the next one will.
   const std::uint64_t passes = Layer_.Loop.Passes();
   for (int count = 0;
        count < MostAccepts && State_ == SocketState::Listening && Layer_.Loop.Passes() == passes;

@@ -15,7 +15,7 @@ def GotThrough(server):
 
 
 class Upstream:
-    """An upstream that answers when it is told to."""
+    """An upstream that answers on demand."""
 
     def __init__(self, world):
         self._socket = world.peer_socket()
