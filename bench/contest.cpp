@@ -34,12 +34,12 @@ struct Estimate {
 Estimate EstimateOf(std::vector<double> values) {
   if (values.empty()) return {};
   std::sort(values.begin(), values.end());
-  const auto at = [&values](double part) {
-    return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1) + 0.5)];
+  const auto quartile = [&values](std::size_t quarters) {
+    return values[((values.size() - 1) * quarters + 2) / 4];
   };
-  const double median = at(0.5);
+  const double median = quartile(2);
   const double half_width =
-      1.57 * (at(0.75) - at(0.25)) / std::sqrt(static_cast<double>(values.size()));
+      1.57 * (quartile(3) - quartile(1)) / std::sqrt(static_cast<double>(values.size()));
   return {median, half_width / median};
 }
 
