@@ -1,7 +1,7 @@
 // The failures of the system: a number and a description, raised as an exception.
 //
-// The numbers are those of the language run-time that the system grew up with and,
-// for sockets, Winsock's. They are behaviour: routines test them, the log shows them.
+// Socket failures have Winsock's numbers. The numbers are behaviour: routines test them, the
+// log shows them.
 
 #pragma once
 

@@ -12,8 +12,8 @@ namespace cvl {
 
 namespace {
 
-// Fixed fields of every reply (RFC 5905, section 7.3). They don't follow the machine or its
-// upstream, and clients are used to them.
+// Fixed fields of every reply (RFC 5905, section 7.3). Intentional: they don't follow the
+// machine or its upstream, for compatibility with existing clients.
 constexpr std::uint8_t Stratum = 2;
 constexpr std::uint8_t Poll = 4;
 constexpr std::uint8_t Precision = 0xEF;  // 2^-17 s

@@ -95,8 +95,8 @@ void SyncExchange::TakeReply(const NtpPacket &datagram) {
   });
   mode.Step([&] { GoMilli(TransmitField, datagram, true); });
   Parts_.State.Flags.TimeSynced = true;
-  // The peer's address is not noted on this path: replies go on naming 0.0.0.0 as their
-  // reference, and clients are used to it.
+  // The peer's address is not noted on this path: replies name 0.0.0.0 as their reference, for
+  // compatibility with existing clients.
   StoreOctets(std::string());
 }
 
